@@ -1,0 +1,12 @@
+# What other builds find the installed library by: a pkg-config file and a CMake package.
+include(CMakePackageConfigHelpers)
+
+configure_file(${PROJECT_SOURCE_DIR}/cmake/tamu.pc.in ${CMAKE_BINARY_DIR}/tamu.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/tamu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+set(tamu_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tamu)
+install(EXPORT tamu-targets NAMESPACE tamu:: FILE tamu-config.cmake
+  DESTINATION ${tamu_package_dir})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/tamu-config-version.cmake
+  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/tamu-config-version.cmake DESTINATION ${tamu_package_dir})
