@@ -1,0 +1,43 @@
+#include "formats/format_table.h"
+
+#include <iterator>
+
+#include "formats/vcard_reader.h"
+#include "formats/vcard_writer.h"
+
+namespace tamu {
+namespace {
+
+struct ReaderRow {
+  std::string_view object_name;
+  TamuResult (*read)(File*, ReadCallback, void*) noexcept;  // null: not yet
+};
+constexpr ReaderRow kReaders[] = {
+    {"VCARD", &VCARD_ReadObjects},
+    {"VCALENDAR", nullptr},
+    {"VNOTE", nullptr},
+    {"VMSG", nullptr},
+};
+
+using Writer = TamuResult (*)(File*, const ObjectRecord&, bool with_luid) noexcept;
+constexpr Writer kWriters[] = {&VCARD_Write, nullptr, nullptr,
+                               nullptr,      nullptr, nullptr};  // by kind
+static_assert(std::size(kWriters) == KIND_MSG_OUTBOX + 1);
+
+}  // namespace
+
+TamuResult FORMAT_Read(std::string_view object_name, File* file, ReadCallback callback,
+                       void* user) noexcept {
+  for (const ReaderRow& row : kReaders) {
+    if (row.object_name != object_name) continue;
+    return row.read != nullptr ? row.read(file, callback, user) : TamuResult{TAMU_UNSUPPORTED_TYPE};
+  }
+  return TAMU_NO_VALID_OBJECT;
+}
+
+TamuResult FORMAT_Write(ObjectKind kind, File* file, const ObjectRecord& record) noexcept {
+  if (kind >= std::size(kWriters) || kWriters[kind] == nullptr) return TAMU_UNSUPPORTED_TYPE;
+  return kWriters[kind](file, record, true);
+}
+
+}  // namespace tamu
