@@ -70,23 +70,29 @@ void BM_ReadVcards(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadVcards);
 
-// Takes the records over, so that writing can be measured alone.
+// Records that are kept while writing is measured: few enough to stay near, as the one record does
+// that objects pass through when they are copied.
+constexpr unsigned kKeptRecords = 250;
+
+// Takes the first records over, so that writing can be measured alone.
 uint32_t KeepRecord(ObjectKind, ObjectRecord* record, TamuResult, void* user) {
-  static_cast<std::vector<ObjectRecord>*>(user)->push_back(*record);
+  auto* const records = static_cast<std::vector<ObjectRecord>*>(user);
+  if (records->size() == kKeptRecords) return 0;
+  records->push_back(*record);
   std::memset(record->bytes, 0, sizeof record->bytes);
   return 0;
 }
 
 void BM_WriteVcards(benchmark::State& state) {
   std::vector<ObjectRecord> records;
-  records.reserve(kContacts);
+  records.reserve(kKeptRecords);
   TAMU_ReadObjects(reinterpret_cast<const TamuWchar*>(InputPath().c_str()), &KeepRecord, &records);
   const bench::TemporaryFile output("");
   for (auto _ : state) {
     File file;
     if (FILE_Open(output.path().c_str(), u"w", &file) != 0) return state.SkipWithError("no output");
-    for (const ObjectRecord& record : records) {
-      benchmark::DoNotOptimize(VCARD_Write(&file, record, true));
+    for (unsigned i = 0; i < kContacts; ++i) {
+      benchmark::DoNotOptimize(VCARD_Write(&file, records[i % kKeptRecords], true));
     }
     if (FILE_Close(&file, output.path().c_str()) != 0) return state.SkipWithError("writing failed");
   }

@@ -169,28 +169,32 @@ void File::Advance(std::size_t bytes, std::uint32_t lines, bool met_end) noexcep
 }
 
 bool File::WriteBytes(std::string_view bytes) noexcept {
-  while (!bytes.empty()) {
-    if (pending_ == capacity_ && !Flush()) return false;
+  while (bytes.size() > capacity_ - pending_) {
     const std::size_t room = capacity_ - pending_;
-    const std::size_t count = bytes.size() < room ? bytes.size() : room;
-    std::memcpy(buffer_.get() + pending_, bytes.data(), count);
-    pending_ += count;
-    bytes.remove_prefix(count);
+    std::memcpy(buffer_.get() + pending_, bytes.data(), room);
+    pending_ += room;
+    bytes.remove_prefix(room);
+    if (!Flush()) return false;
   }
+  if (!bytes.empty()) std::memcpy(buffer_.get() + pending_, bytes.data(), bytes.size());
+  pending_ += bytes.size();
   return true;
 }
 
 bool File::Write(std::string_view text) noexcept {
   if (!writable_ || error_ != 0) return false;
   if (binary_) return WriteBytes(text);
-  while (!text.empty()) {
+  for (;;) {
     const std::size_t line_feed = text.find('\n');
     if (!WriteBytes(text.substr(0, line_feed))) return false;
     if (line_feed == std::string_view::npos) return true;
     if (!WriteBytes("\r\n")) return false;
     text.remove_prefix(line_feed + 1);
   }
-  return true;
+}
+
+bool File::WriteLine(std::string_view text) noexcept {
+  return Write(text) && WriteBytes(binary_ ? "\n" : "\r\n");
 }
 
 bool File::Flush() noexcept {
@@ -219,7 +223,7 @@ std::uint32_t FILE_Close(File* file, const char16_t* path) noexcept {
 }
 
 std::uint32_t FILE_PutLine(File* file, std::string_view text) noexcept {
-  return file->Write(text) && file->Write("\n") ? 0 : 1;
+  return file->WriteLine(text) ? 0 : 1;
 }
 
 }  // namespace tamu

@@ -72,6 +72,8 @@ class File {
   // Writes a text, line feeds as the mode says. Returns false when it fails, also because an
   // earlier write failed.
   [[nodiscard]] bool Write(std::string_view text) noexcept;
+  // Writes a text and a line feed.
+  [[nodiscard]] bool WriteLine(std::string_view text) noexcept;
   // Writes what is buffered.
   [[nodiscard]] bool Flush() noexcept;
 

@@ -1,5 +1,6 @@
 #include "formats/property_emitter.h"
 
+#include <array>
 #include <cstring>
 
 #include "core/log.h"
@@ -80,11 +81,18 @@ std::uint32_t VOBJ_PutProperty(File* file, std::string_view name, const Property
     static_cast<void>(VOBJ_PutLine(file, name, "", ""));
   }
   for (const Property* node = first_node; node != nullptr; node = node->next) {
-    const std::size_t size = VOBJ_FormatProperty(name, *node, nullptr, 0);
+    // Most lines fit here, so that they are neither measured nor allocated.
+    std::array<char, 512> small;
+    const std::size_t size = VOBJ_FormatProperty(name, *node, small.data(), small.size());
+    const bool qp = (node->flags & PROP_QP) != 0;
+    if (size <= small.size()) {
+      VOBJ_PutQpText(file, {small.data(), size - 1}, qp);
+      continue;
+    }
     const MemPtr<char> text(static_cast<char*>(MEM_Alloc(size)));
     if (!text) continue;
     VOBJ_FormatProperty(name, *node, text.get(), size);
-    VOBJ_PutQpText(file, {text.get(), size - 1}, (node->flags & PROP_QP) != 0);
+    VOBJ_PutQpText(file, {text.get(), size - 1}, qp);
   }
   return 0;
 }

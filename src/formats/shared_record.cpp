@@ -12,8 +12,6 @@ ObjectRecord* SHARED_Record() noexcept { return &g_record; }
 
 std::uint32_t SHARED_BeginLine() noexcept { return g_begin_line; }
 
-void SHARED_BeginObject(std::uint32_t begin_line) noexcept {
-  g_begin_line = begin_line;
-}
+void SHARED_BeginObject(std::uint32_t begin_line) noexcept { g_begin_line = begin_line; }
 
 }  // namespace tamu

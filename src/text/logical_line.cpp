@@ -12,9 +12,11 @@ namespace {
 
 // How far a logical line can reach: the first pass, which only looks for line feeds.
 struct Extent {
-  std::size_t content =
-      0;  // bytes up to and with the line feed that ends it, or all to the end of the file
-  std::size_t measured = 0;  // bytes looked at, one more at the end of the file: what is allocated
+  // Bytes up to and with the line feed that ends it, or all to the end of the file.
+  std::size_t content = 0;
+  // Bytes looked at, one more at the end of the file: what is allocated.
+  std::size_t measured = 0;
+  std::size_t first_line_feed = std::string_view::npos;
   bool reaches_end = false;
   bool out_of_memory = false;
 };
@@ -58,6 +60,7 @@ Extent Measure(File* file) noexcept {
       scanned = window.size();
       continue;
     }
+    if (line_feed < extent.first_line_feed) extent.first_line_feed = line_feed;
     scanned = line_feed + 1;
     if (IsSoftLineFeed(window, line_feed)) continue;
     if (!WindowReaches(file, scanned, &extent)) return extent;
@@ -71,7 +74,8 @@ Extent Measure(File* file) noexcept {
 // The second pass: copies one physical line after the other.
 class Unfolder {
  public:
-  Unfolder(std::string_view text, char* out) noexcept : text_(text), out_(out) {}
+  Unfolder(std::string_view text, std::size_t first_line_feed, char* out) noexcept
+      : text_(text), first_line_feed_(first_line_feed), out_(out) {}
 
   void Run() noexcept {
     while (CopyPhysicalLine()) {
@@ -105,7 +109,8 @@ class Unfolder {
   }
 
   std::size_t FindLineEnd() const noexcept {
-    const std::size_t line_feed = text_.find('\n', position_);
+    const std::size_t line_feed =
+        position_ <= first_line_feed_ ? first_line_feed_ : text_.find('\n', position_);
     const std::string_view line = text_.substr(position_, line_feed - position_);
     const std::size_t carriage_return = line.find('\r');
     if (carriage_return != std::string_view::npos) return position_ + carriage_return;
@@ -130,6 +135,7 @@ class Unfolder {
   }
 
   std::string_view text_;
+  std::size_t first_line_feed_;
   char* out_;
   std::size_t position_ = 0;
   std::uint32_t lines_ = 0;
@@ -169,7 +175,7 @@ MemPtr<char> FileLine(File* file) noexcept {
     SkipLine(file, extent);
     return line;
   }
-  Unfolder unfolder(file->Window().substr(0, extent.content), line.get());
+  Unfolder unfolder(file->Window().substr(0, extent.content), extent.first_line_feed, line.get());
   unfolder.Run();
   file->Advance(unfolder.consumed(), unfolder.lines(), extent.reaches_end && unfolder.met_end());
   return line;
