@@ -223,7 +223,7 @@ struct Quarantine {
   std::array<void*, kQuarantineLength> blocks{};
   unsigned oldest = 0;
 };
-constinit Quarantine g_quarantine;
+[[maybe_unused]] constinit Quarantine g_quarantine;
 
 void FreeOfClass(void* block, unsigned index) noexcept {
   if constexpr (!kAddressSanitizer) {

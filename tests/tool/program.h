@@ -1,0 +1,74 @@
+// tool/program.h - runs the built program and collects what it says.
+#ifndef TAMU_TESTS_TOOL_PROGRAM_H_
+#define TAMU_TESTS_TOOL_PROGRAM_H_
+
+#include <sys/types.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tamu::tool {
+
+struct ProgramResult {
+  int exit_code = -1;  // 128 + the signal's number when one ended it
+  std::string out;
+  std::string err;
+};
+
+// A folder of the test's own, in which the program runs. Its environment is fixed: a UTF-8 locale,
+// an empty device folder, and what `Set` adds.
+class Program {
+ public:
+  Program();
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  [[nodiscard]] const std::string& folder() const { return folder_; }
+  [[nodiscard]] std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+  void Write(const std::string& name, const std::string& bytes) const;
+  [[nodiscard]] std::string Read(const std::string& name) const;
+  [[nodiscard]] bool Exists(const std::string& name) const;
+  // Names in the folder, sorted.
+  [[nodiscard]] std::vector<std::string> Names() const;
+
+  void Set(const std::string& variable, const std::string& value) {
+    environment_.emplace_back(variable, value);
+  }
+  void SetInput(std::string bytes) { input_ = std::move(bytes); }
+  // Standard output goes to this file instead of being collected.
+  void SetOutput(std::string path) { output_ = std::move(path); }
+  // Standard output is a pipe whose reader is gone.
+  void SetOutputWithoutReader() { output_has_no_reader_ = true; }
+  // Runs as somebody who is not root.
+  void DropPrivileges() { drop_privileges_ = true; }
+
+  // Runs with a terminal for all three streams and returns what appears on it.
+  [[nodiscard]] std::string RunOnTerminal(const std::vector<std::string>& arguments) const;
+
+  [[nodiscard]] ProgramResult Run(const std::vector<std::string>& arguments) const;
+  // Starts the program and does not wait; its standard input is the read end of a pipe whose write
+  // end is stored.
+  [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments, int* input) const;
+
+ private:
+  [[noreturn]] void Become(const std::vector<std::string>& arguments) const;
+
+  std::string folder_;
+  std::string home_;
+  std::string input_;
+  std::string output_;
+  std::vector<std::pair<std::string, std::string>> environment_;
+  bool output_has_no_reader_ = false;
+  bool drop_privileges_ = false;
+};
+
+[[nodiscard]] std::string ReadFileBytes(const std::string& path);
+
+// A vCard with this name.
+[[nodiscard]] std::string Card(const std::string& name);
+
+}  // namespace tamu::tool
+
+#endif  // TAMU_TESTS_TOOL_PROGRAM_H_

@@ -1,0 +1,37 @@
+// commands.h - the program's commands, one file each under commands/.
+//   Each takes what the command line says and returns the exit code; output and messages go through
+//   the console.
+//   Errors     told; std::bad_alloc.
+#ifndef TAMU_TOOLS_COMMANDS_H_
+#define TAMU_TOOLS_COMMANDS_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "console.h"
+
+namespace tamu::tool {
+
+struct ReadOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+// Shows the objects of files.
+[[nodiscard]] int COMMAND_Read(const ReadOptions& options, Console* console);
+
+struct RewriteOptions {
+  std::string in;
+  std::string out;
+  bool append = false;
+  bool keep_going = false;
+};
+// Reads all objects of a file and writes them to another.
+[[nodiscard]] int COMMAND_Rewrite(const RewriteOptions& options, Console* console);
+
+// Prints the texts of result codes.
+[[nodiscard]] int COMMAND_Code(const std::vector<std::uint32_t>& codes, Console* console);
+
+}  // namespace tamu::tool
+
+#endif  // TAMU_TOOLS_COMMANDS_H_

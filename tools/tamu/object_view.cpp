@@ -1,0 +1,122 @@
+#include "object_view.h"
+
+#include <array>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+#include "core/object_name.h"
+#include "core/records.h"
+#include "formats/vcard_properties.h"
+#include "platform/bstr.h"
+#include "text/property.h"
+#include "text/property_text.h"
+
+namespace tamu::tool {
+namespace {
+
+struct EncodingRow {
+  std::uint32_t flag;
+  ValueEncoding encoding;
+};
+constexpr EncodingRow kEncodings[] = {
+    {PROP_QP, ValueEncoding::kQuotedPrintable},
+    {PROP_BASE64, ValueEncoding::kBase64},
+    {PROP_8BIT, ValueEncoding::k8Bit},
+};
+
+ValueEncoding EncodingOf(const Property& property) noexcept {
+  for (const EncodingRow& row : kEncodings) {
+    if ((property.flags & row.flag) != 0) return row.encoding;
+  }
+  return ValueEncoding::kNone;
+}
+
+std::optional<std::string> CharsetOf(const Property& property) {
+  if ((property.flags & PROP_CHARSET) == 0) return std::nullopt;
+  const StringItem* const param = PROP_FindParam(property.params, "CHARSET");
+  if (param == nullptr) return std::nullopt;
+  std::array<char, kParamValueLength + 1> name;
+  const std::size_t length = PARAM_GetValue(param->text, name.data(), name.size());
+  return std::string(name.data(), length);
+}
+
+PropertyView ViewOf(std::string_view name, Property* property) {
+  PropertyView view;
+  view.name = name;
+  for (const StringItem* param = property->params; param != nullptr; param = param->next) {
+    if (param->text != nullptr) view.params.emplace_back(param->text.get());
+  }
+  std::uint32_t index = 0;
+  for (const StringItem* value = property->values; value != nullptr; value = value->next) {
+    std::optional<ComponentView> component;
+    if (value->text != nullptr) {
+      platform::BStr text;
+      PROP_GetWide(property, index, &text);
+      component = {value->text.get(), std::u16string(text.view())};
+    }
+    view.components.push_back(std::move(component));
+    ++index;
+  }
+  view.encoding = EncodingOf(*property);
+  view.charset = CharsetOf(*property);
+  view.code_page = property->code_page;
+  return view;
+}
+
+// A text that may fill its field without a terminator.
+template <std::size_t size>
+std::string_view FieldText(const char (&field)[size]) noexcept {
+  return {field, strnlen(field, size)};
+}
+
+void AddContact(ContactShape& contact, ObjectView* view) {
+  view->luid = FieldText(contact.luid);
+  view->version = FieldText(contact.version);
+  for (const VcardRow& row : VCARD_Rows()) {
+    for (Property* node = contact.*row.field; node != nullptr; node = node->next) {
+      view->properties.push_back(ViewOf(row.name, node));
+    }
+  }
+}
+
+constexpr KindWords kKindWords[] = {
+    {"contact", "contacts"}, {"calendar item", "calendar items"},
+    {"note", "notes"},       {"message", "messages"},
+    {"message", "messages"}, {"message", "messages"},
+};
+static_assert(std::size(kKindWords) == KIND_MSG_OUTBOX + 1);
+
+}  // namespace
+
+std::u16string_view PropertyView::Text(std::size_t index) const noexcept {
+  if (index >= components.size() || !components[index]) return {};
+  return components[index]->text;
+}
+
+bool PropertyView::IsEmpty() const noexcept {
+  for (const auto& component : components) {
+    if (component && !component->raw.empty()) return false;
+  }
+  return true;
+}
+
+ObjectView VIEW_Make(const DeliveredObject& object) {
+  ObjectView view;
+  view.kind = object.kind;
+  view.status = object.status;
+  view.line = object.line;
+  if (object.kind == KIND_CONTACT) AddContact(object.record->contact, &view);
+  view.name = OBJECT_ComposeName(object.kind, object.record);
+  return view;
+}
+
+KindWords KIND_Words(ObjectKind kind) noexcept {
+  return kind < std::size(kKindWords) ? kKindWords[kind] : KindWords{"object", "objects"};
+}
+
+std::string KIND_Count(std::uint64_t count, const KindWords& words) {
+  return std::to_string(count) + " " + std::string(count == 1 ? words.one : words.many);
+}
+
+}  // namespace tamu::tool
