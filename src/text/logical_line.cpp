@@ -75,12 +75,13 @@ Extent Measure(File* file) noexcept {
 class Unfolder {
  public:
   Unfolder(std::string_view text, std::size_t first_line_feed, char* out) noexcept
-      : text_(text), first_line_feed_(first_line_feed), out_(out) {}
+      : text_(text), first_line_feed_(first_line_feed), begin_(out), out_(out) {}
 
   void Run() noexcept {
     while (CopyPhysicalLine()) {
     }
     out_[0] = out_[1] = '\0';
+    CutAtNul();
   }
 
   [[nodiscard]] std::size_t consumed() const noexcept { return position_; }
@@ -89,6 +90,12 @@ class Unfolder {
   [[nodiscard]] bool met_end() const noexcept { return met_end_; }
 
  private:
+  // A NUL that the line holds ends its text, so the second terminator belongs behind it.
+  void CutAtNul() noexcept {
+    void* const nul = std::memchr(begin_, '\0', static_cast<std::size_t>(out_ - begin_));
+    if (nul != nullptr) static_cast<char*>(nul)[1] = '\0';
+  }
+
   // Copies up to the next line end. Returns true when the logical line goes on behind it.
   bool CopyPhysicalLine() noexcept {
     const std::size_t line_end = FindLineEnd();
@@ -136,6 +143,7 @@ class Unfolder {
 
   std::string_view text_;
   std::size_t first_line_feed_;
+  char* begin_;
   char* out_;
   std::size_t position_ = 0;
   std::uint32_t lines_ = 0;

@@ -28,6 +28,13 @@ MemPtr<StringItem> NewItemWith(std::string_view text) noexcept {
   return item;
 }
 
+// The reference at a list's end, which is null.
+Ref<StringItem>* EndOf(Ref<StringItem>* first) noexcept {
+  Ref<StringItem>* end = first;
+  while (*end != nullptr) end = &(*end)->next;
+  return end;
+}
+
 // Builds a list at its end, so that every item costs the same.
 class ListBuilder {
  public:
@@ -38,12 +45,13 @@ class ListBuilder {
     }
   }
 
-  // Does nothing for a null item.
-  void Append(MemPtr<StringItem> item) noexcept {
-    if (!item) return;
+  // Returns false for a null item, and does nothing.
+  bool Append(MemPtr<StringItem> item) noexcept {
+    if (!item) return false;
     *end_ = item.release();
     end_ = &(*end_)->next;
     ++count_;
+    return true;
   }
 
   // Appends `text` as item `index`, behind empty items where memory ran out for earlier ones.
@@ -51,9 +59,7 @@ class ListBuilder {
     MemPtr<StringItem> item = NewItemWith(text);
     if (!item) return;
     while (count_ < index) {
-      const std::uint32_t before = count_;
-      Append(NewItem());
-      if (count_ == before) return;
+      if (!Append(NewItem())) return;
     }
     Append(std::move(item));
   }
@@ -114,6 +120,14 @@ constexpr bool BeginsFlagWord(char upper) noexcept {
   return upper == 'C' || upper == 'Q' || upper == 'B' || upper == '8';
 }
 
+constexpr bool EveryFlagWordIsLookedFor() {
+  for (const FlagWord& encoding : kEncodingWords) {
+    if (!BeginsFlagWord(encoding.word.front())) return false;
+  }
+  return BeginsFlagWord(kCharsetWord.word.front());
+}
+static_assert(EveryFlagWordIsLookedFor());
+
 // The flags of the words that stand in a parameter's text.
 std::uint32_t FlagsIn(std::string_view text) noexcept {
   std::uint32_t flags = 0;
@@ -148,8 +162,7 @@ void PROP_SetFromText(const char* value_text, const char* param_text, std::uint3
     std::uint32_t flags = 0;
     for (std::optional<std::string_view> rest(param_text); rest;) {
       const std::string_view param = TakePiece(&rest);
-      flags |= FlagsIn(param);
-      params.Append(NewItemWith(param));
+      if (params.Append(NewItemWith(param))) flags |= FlagsIn(param);
     }
     property->flags |= KeepFirstEncoding(flags);
   }
@@ -158,30 +171,46 @@ void PROP_SetFromText(const char* value_text, const char* param_text, std::uint3
   for (std::uint32_t i = 0; rest && i < max_components; ++i) values.AppendAt(i, TakePiece(&rest));
 }
 
-void PROP_SetValue(Property* property, MemPtr<char> text, std::uint32_t index) noexcept {
-  if (property == nullptr || !text) return;
+bool PROP_SetValue(Property* property, MemPtr<char> text, std::uint32_t index) noexcept {
+  if (property == nullptr || !text) return false;
+  PropertyEdit edit(property);
   Ref<StringItem>* item = &property->values;
   for (std::uint32_t i = 0;; ++i) {
     if (*item == nullptr) *item = NewItem().release();
-    if (*item == nullptr) return;
+    if (*item == nullptr) return false;
     if (i == index) break;
     item = &(*item)->next;
     ++g_list_steps;
   }
   ITEM_FreeText(*item);
   (*item)->text = text.release();
+  edit.Commit();
+  return true;
 }
 
-void PROP_AddParam(Property* property, std::string_view text) noexcept {
-  if (property != nullptr) ListBuilder(&property->params).Append(NewItemWith(text));
+bool PROP_AddParam(Property* property, std::string_view text) noexcept {
+  return property != nullptr && ListBuilder(&property->params).Append(NewItemWith(text));
 }
 
-void PROP_AddParam(Property* property, MemPtr<char> text) noexcept {
-  if (property == nullptr || !text) return;
+bool PROP_AddParam(Property* property, MemPtr<char> text) noexcept {
+  if (property == nullptr || !text) return false;
   MemPtr<StringItem> item = NewItem();
-  if (!item) return;
+  if (!item) return false;
   item->text = text.release();
-  ListBuilder(&property->params).Append(std::move(item));
+  return ListBuilder(&property->params).Append(std::move(item));
+}
+
+PropertyEdit::PropertyEdit(Property* property) noexcept
+    : property_(property),
+      flags_(property->flags),
+      params_end_(EndOf(&property->params)),
+      values_end_(EndOf(&property->values)) {}
+
+PropertyEdit::~PropertyEdit() {
+  if (property_ == nullptr) return;
+  property_->flags = flags_;
+  ITEM_FreeList(std::exchange(*params_end_, nullptr));
+  ITEM_FreeList(std::exchange(*values_end_, nullptr));
 }
 
 StringItem* PROP_FindParam(StringItem* first_param, std::string_view upper_needle) noexcept {

@@ -30,12 +30,31 @@ void PROP_SetFromText(const char* value_text, const char* param_text, std::uint3
                       Property* property) noexcept;
 
 // Stores `text` as component `index` (from 0), making the empty components before it as needed and
-// freeing what stood there. Does nothing for a null property or text.
-void PROP_SetValue(Property* property, MemPtr<char> text, std::uint32_t index) noexcept;
+// freeing what stood there. Returns false, with nothing changed, for a null property or text and
+// when memory runs out.
+bool PROP_SetValue(Property* property, MemPtr<char> text, std::uint32_t index) noexcept;
 
-// Appends a parameter: a copy of `text`, or the text itself.
-void PROP_AddParam(Property* property, std::string_view text) noexcept;
-void PROP_AddParam(Property* property, MemPtr<char> text) noexcept;
+// Appends a parameter: a copy of `text`, or the text itself. Returns false, with nothing changed,
+// for a null property or text and when memory runs out.
+bool PROP_AddParam(Property* property, std::string_view text) noexcept;
+bool PROP_AddParam(Property* property, MemPtr<char> text) noexcept;
+
+// Takes back what is added to a property while it lives, unless it is committed: for changes that
+// have to be whole. Components that were there must not be replaced meanwhile.
+class PropertyEdit {
+ public:
+  explicit PropertyEdit(Property* property) noexcept;
+  ~PropertyEdit();
+  PropertyEdit(const PropertyEdit&) = delete;
+  PropertyEdit& operator=(const PropertyEdit&) = delete;
+  void Commit() noexcept { property_ = nullptr; }
+
+ private:
+  Property* property_;
+  std::uint32_t flags_;
+  Ref<StringItem>* params_end_;
+  Ref<StringItem>* values_end_;
+};
 
 // The first parameter whose text contains `upper_needle` in any case, or null.
 [[nodiscard]] StringItem* PROP_FindParam(StringItem* first_param,

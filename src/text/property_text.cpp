@@ -80,41 +80,48 @@ platform::BStr AddBackslashes(std::u16string_view value) noexcept {
   return escaped;
 }
 
-// The code page a value goes out in. Names it in the property when it is not the one that needs no
-// name.
-std::uint32_t SettleOutputCodePage(std::u16string_view escaped, Property* property) noexcept {
-  if (property->code_page != 0) return property->code_page;
-  if (platform::IsValidCodePage(kCodePageWindows1252) != 0 && STR_IsAscii(escaped)) {
-    return kCodePageWindows1252;
+// Names the character set of a value in its property, unless it is named there. Returns false when
+// memory runs out.
+bool Announce(const char* name, Property* property) noexcept {
+  if ((property->flags & PROP_CHARSET) != 0 ||
+      PROP_FindParam(property->params, "CHARSET") != nullptr) {
+    return true;
   }
-  std::uint32_t code_page = CHARSET_GetOutputCodePage();
+  const std::string_view prefix = "CHARSET=";
+  const std::size_t name_size = std::strlen(name) + 1;
+  MemPtr<char> param(static_cast<char*>(MEM_Alloc(prefix.size() + name_size)));
+  if (!param) return false;
+  std::memcpy(param.get(), prefix.data(), prefix.size());
+  std::memcpy(param.get() + prefix.size(), name, name_size);
+  property->flags |= PROP_CHARSET;
+  return PROP_AddParam(property, std::move(param));
+}
+
+// Settles the code page a value goes out in, and names it in the property when it is not the one
+// that needs no name. Returns false when memory runs out.
+bool SettleOutputCodePage(std::u16string_view escaped, Property* property,
+                          std::uint32_t* code_page) noexcept {
+  *code_page = property->code_page;
+  if (*code_page != 0) return true;
+  *code_page = kCodePageWindows1252;
+  if (platform::IsValidCodePage(kCodePageWindows1252) != 0 && STR_IsAscii(escaped)) return true;
+  *code_page = CHARSET_GetOutputCodePage();
   const char* name = CHARSET_GetOutputName();
-  if (code_page == 0 || platform::IsValidCodePage(code_page) == 0) {
-    code_page = kCodePageUtf8;
+  if (*code_page == 0 || platform::IsValidCodePage(*code_page) == 0) {
+    *code_page = kCodePageUtf8;
     name = "UTF-8";
   }
-  const bool announced = (property->flags & PROP_CHARSET) != 0 ||
-                         PROP_FindParam(property->params, "CHARSET") != nullptr;
-  if (name != nullptr && !announced) {
-    const std::string_view prefix = "CHARSET=";
-    MemPtr<char> param(static_cast<char*>(MEM_Alloc(prefix.size() + std::strlen(name) + 1)));
-    if (param) {
-      std::memcpy(param.get(), prefix.data(), prefix.size());
-      std::memcpy(param.get() + prefix.size(), name, std::strlen(name) + 1);
-      PROP_AddParam(property, std::move(param));
-      property->flags |= PROP_CHARSET;
-    }
-  }
-  return code_page;
+  return name == nullptr || Announce(name, property);
 }
 
 // The value's bytes in a code page, terminated; null when they cannot be had.
 MemPtr<char> WideToBytes(std::uint32_t code_page, const platform::BStr& wide) noexcept {
   if (platform::IsValidCodePage(code_page) == 0) {
     const std::size_t size = std::size_t{4} * wide.size() + 1;
-    MemPtr<char> bytes(static_cast<char*>(MEM_AllocZeroed(size)));
-    if (bytes)
-      UTF8_FromWide(wide.c_str(), static_cast<std::int32_t>(wide.size()), bytes.get(), size);
+    MemPtr<char> bytes(static_cast<char*>(MEM_Alloc(size)));
+    const auto length = static_cast<std::int32_t>(wide.size());
+    // A surrogate fails the whole conversion; half a text is not stored.
+    if (bytes && UTF8_FromWide(wide.c_str(), length, bytes.get(), size) == 0) return nullptr;
     return bytes;
   }
   const std::int32_t size =
@@ -129,18 +136,17 @@ MemPtr<char> WideToBytes(std::uint32_t code_page, const platform::BStr& wide) no
 }
 
 // Replaces the bytes by their quoted-printable form where that differs, and says so in the
-// property.
-void EncodeQuotedPrintable(MemPtr<char>* bytes, Property* property) noexcept {
+// property. Returns false when memory runs out.
+bool EncodeQuotedPrintable(MemPtr<char>* bytes, Property* property) noexcept {
   const std::string_view plain = bytes->get();
   const std::size_t length = QP_Encode(plain, nullptr, 0);
-  if (length == 0 || length == plain.size()) return;
+  if (length == 0 || length == plain.size()) return true;
   MemPtr<char> encoded(static_cast<char*>(MEM_Alloc(length + 1)));
-  if (encoded) {
-    QP_Encode(plain, encoded.get(), length + 1);
-    PROP_AddParam(property, "ENCODING=QUOTED-PRINTABLE");
-    property->flags |= PROP_QP;
-  }
+  if (!encoded) return false;
+  QP_Encode(plain, encoded.get(), length + 1);
   *bytes = std::move(encoded);
+  property->flags |= PROP_QP;
+  return PROP_AddParam(property, "ENCODING=QUOTED-PRINTABLE");
 }
 
 }  // namespace
@@ -175,12 +181,15 @@ void PROP_SetWide(const char16_t* wide_value, Property* property, std::uint32_t 
   if (wide_value == nullptr || *wide_value == u'\0' || property == nullptr) return;
   const platform::BStr escaped = AddBackslashes(wide_value);
   if (escaped.get() == nullptr) return;
-  const std::uint32_t code_page = SettleOutputCodePage(escaped.view(), property);
+  PropertyEdit edit(property);
+  std::uint32_t code_page = 0;
+  if (!SettleOutputCodePage(escaped.view(), property, &code_page)) return;
   MemPtr<char> bytes = WideToBytes(code_page, escaped);
-  if (bytes && (options & kAllowQuotedPrintable) != 0) EncodeQuotedPrintable(&bytes, property);
   if (!bytes) return;
-  PROP_SetValue(property, std::move(bytes), index);
+  if ((options & kAllowQuotedPrintable) != 0 && !EncodeQuotedPrintable(&bytes, property)) return;
+  if (!PROP_SetValue(property, std::move(bytes), index)) return;
   if (code_page != kCodePageWindows1252) property->code_page = code_page;
+  edit.Commit();
 }
 
 }  // namespace tamu

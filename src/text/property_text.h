@@ -1,7 +1,7 @@
 // text/property_text.h - property values between their form in a file and wide text.
 //   From a file: decode quoted-printable, convert from the character set, remove backslashes. Into
 //   a file: the same steps the other way round. Ownership  results replace what `*result` held.
-//   Errors     when memory runs out the result is empty, or the property keeps what it had.
+//   Errors     when memory runs out the result is empty, or the property stays as it was.
 #ifndef TAMU_TEXT_PROPERTY_TEXT_H_
 #define TAMU_TEXT_PROPERTY_TEXT_H_
 

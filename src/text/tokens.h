@@ -7,6 +7,7 @@
 #define TAMU_TEXT_TOKENS_H_
 
 #include <cstddef>
+#include <string_view>
 
 namespace tamu {
 
@@ -46,6 +47,14 @@ void STR_CopyField(char (&field)[size], const char* src) noexcept {
   std::size_t i = 0;
   for (; i < size && src[i] != '\0'; ++i) field[i] = src[i];
   for (; i < size; ++i) field[i] = '\0';
+}
+
+// The text of such a field.
+template <std::size_t size>
+[[nodiscard]] std::string_view STR_FieldText(const char (&field)[size]) noexcept {
+  std::size_t length = 0;
+  while (length < size && field[length] != '\0') ++length;
+  return {field, length};
 }
 
 // Takes the next token of the text at `*cursor`: terminates it at the first unescaped character of

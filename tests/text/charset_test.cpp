@@ -23,7 +23,7 @@ TEST(CharsetNames, AreFoundInAnyCaseAndWhole) {
   EXPECT_EQ(CHARSET_FromName(""), 0U);
 }
 
-// Rows that stand below another of the same name or page are never found. Kept on purpose.
+// A row is not found by the name or page that a row above it has. Kept on purpose.
 TEST(CharsetNames, TheFirstRowShadowsLaterOnes) {
   EXPECT_EQ(CHARSET_FromName("ISO-8859-1"), 1252U);
   EXPECT_EQ(CHARSET_FromName("ISO-2022-JP"), 50220U);

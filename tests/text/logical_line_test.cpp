@@ -117,6 +117,8 @@ TEST_F(LogicalLines, AFileThatEndsInAnEqualsSignLosesIt) {
 
 TEST_F(LogicalLines, ANulCutsTheLine) {
   EXPECT_EQ(All(std::string("ab\0cd\nef\n", 9)), (Lines{"ab", "ef"}));
+  Open(std::string("ab\0cd\n", 6));
+  EXPECT_EQ(FileLine(&file_).get()[3], '\0');
 }
 
 TEST_F(LogicalLines, ThePositionBehindTheTerminatorIsReadableAndEmpty) {

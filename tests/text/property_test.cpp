@@ -134,6 +134,24 @@ TEST(PropSetValue, AReplacedTextIsFreedWhereverItCameFrom) {
   EXPECT_EQ(MEM_LiveBlocks(), before);
 }
 
+TEST(PropSetFromText, AParameterThatIsNotStoredSetsNoFlag) {
+  const OwnedProperty property;
+  MEM_FailNth(1);
+  PROP_SetFromText("x", "QUOTED-PRINTABLE;CHARSET=y", 1, property.get());
+  MEM_FailNth(0);
+  EXPECT_EQ(TextsOf(property->params), Texts({"CHARSET=y"}));
+  EXPECT_EQ(property->flags, static_cast<std::uint32_t>(PROP_CHARSET));
+}
+
+TEST(PropSetValue, WhenMemoryRunsOutNoEmptyComponentIsLeft) {
+  const OwnedProperty property("a", "");
+  MemPtr<char> text = MEM_CopyText("d");
+  MEM_FailNth(3);
+  EXPECT_FALSE(PROP_SetValue(property.get(), std::move(text), 3));
+  MEM_FailNth(0);
+  EXPECT_EQ(TextsOf(property->values), Texts({"a"}));
+}
+
 TEST(PropSetValue, NothingHappensWithoutPropertyOrText) {
   const std::size_t before = MEM_LiveBlocks();
   PROP_SetValue(nullptr, MEM_CopyText("x"), 0);

@@ -136,9 +136,17 @@ TEST_F(PropGetWide, WithoutMemoryTheResultIsEmptyAndNothingIsLost) {
   const std::int64_t strings = platform::SysLiveStrings();
   {
     const OwnedProperty property("a=5C=3Bb", "QUOTED-PRINTABLE");
-    MEM_FailNth(1);
-    EXPECT_EQ(Wide(property), u"");
-    MEM_FailNth(0);
+    const OwnedProperty raw("a=0D=0Ab", "");
+    for (const OwnedProperty* each : {&property, &raw}) {
+      MEM_FailNth(1);
+      EXPECT_EQ(Wide(*each), u"");
+      MEM_FailNth(0);
+    }
+    {
+      // The second string is the one without backslashes.
+      const platform::ScopedFailure failure(platform::SysAllocStringLen, 2);
+      EXPECT_EQ(Wide(property), u"");
+    }
     for (std::uint64_t n = 2; n <= 3; ++n) {  // the first one is the test's own
       const platform::ScopedFailure failure(
           n == 2 ? static_cast<platform::ServiceBase&>(platform::SysAllocStringLen)
@@ -289,22 +297,38 @@ TEST_F(PropSetWide, NothingHappensWithoutAValueOrProperty) {
   EXPECT_EQ(property->values, nullptr);
 }
 
-TEST_F(PropSetWide, WhenAnyAllocationFailsNothingIsHalfStoredAndNothingLeaks) {
+TEST_F(PropSetWide, WhenAnyAllocationFailsThePropertyStaysAsItWas) {
   const std::size_t before = MEM_LiveBlocks();
-  for (std::uint64_t n = 1; n < 20; ++n) {
-    const OwnedProperty property;
-    MEM_FailNth(n);
-    PROP_SetWide(u"M\u00FCller", property.get(), kAllowQuotedPrintable, 0);
-    const bool struck = MEM_FailureStruck();
-    MEM_FailNth(0);
-    const Texts values = TextsOf(property->values);
-    EXPECT_TRUE(values.empty() || values == Texts({std::nullopt}) ||
-                values == Texts({"M=C3=BCller"}))
-        << n;
-    if (!struck) break;
-    EXPECT_LT(n, 19U);
+  for (const std::uint32_t index : {0U, 3U}) {
+    for (std::uint64_t n = 1;; ++n) {
+      ASSERT_LT(n, 20U);
+      const OwnedProperty property("", "HOME");
+      const Texts values_before = TextsOf(property->values);
+      MEM_FailNth(n);
+      PROP_SetWide(u"M\u00FCller", property.get(), kAllowQuotedPrintable, index);
+      const bool struck = MEM_FailureStruck();
+      MEM_FailNth(0);
+      if (!struck) {
+        EXPECT_EQ(TextsOf(property->values).back(), "M=C3=BCller");
+        break;
+      }
+      EXPECT_EQ(TextsOf(property->values), values_before) << n;
+      EXPECT_EQ(TextsOf(property->params), Texts({"HOME"})) << n;
+      EXPECT_EQ(property->flags, 0U) << n;
+      EXPECT_EQ(property->code_page, 0U) << n;
+    }
   }
   EXPECT_EQ(MEM_LiveBlocks(), before);
+}
+
+TEST_F(PropSetWide, ATextThatCannotBeEncodedIsNotStoredInPart) {
+  const platform::ScopedOverride<std::int32_t(std::uint32_t)> without(
+      platform::IsValidCodePage, [](std::uint32_t page) -> std::int32_t { return page != 65001; });
+  const OwnedProperty property;
+  PROP_SetWide(u"ab\U0001F600cd", property.get(), 0, 0);
+  EXPECT_EQ(property->values, nullptr);
+  EXPECT_EQ(property->params, nullptr);
+  EXPECT_EQ(property->flags, 0U);
 }
 
 TEST_F(PropSetWide, WhatIsWrittenReadsBack) {

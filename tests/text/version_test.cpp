@@ -19,7 +19,8 @@ TEST(VersionIsSupported, UpToTheHighestAndNotZero) {
 }
 
 TEST(VersionIsSupported, ATextThatIsNoNumberIsNot) {
-  for (const char* text : {"", "abc", "v2.1", ".", "-", "+", "--1", "+-1", "0", "0.0", "nan"}) {
+  for (const char* text : {"", "abc", "v2.1", ".", "-", "+", "--1", "+-1", "0", "0.0", "nan", "0x2",
+                           "0x-1", "-0xinf"}) {
     EXPECT_FALSE(VERSION_IsSupported(text, kVcardVersion)) << text;
   }
 }
@@ -29,7 +30,7 @@ TEST(VersionIsSupported, ANumberBelowTheHighestIs) {
 }
 
 TEST(VersionIsSupported, TheNumberIsWhatTheTextBeginsWith) {
-  for (const char* text : {"2.1 beta", " 2.1", "\t+2.1", "2.1.3", "2", ".5", "0x2", "1e0", "-3"}) {
+  for (const char* text : {"2.1 beta", " 2.1", "\t+2.1", "2.1.3", "2", ".5", "1e0", "-3"}) {
     EXPECT_TRUE(VERSION_IsSupported(text, kVcardVersion)) << text;
   }
   EXPECT_FALSE(VERSION_IsSupported("1e9", kVcardVersion));
