@@ -2,8 +2,14 @@
 
 #include <iterator>
 
+#include "formats/vcalendar_reader.h"
+#include "formats/vcalendar_writer.h"
 #include "formats/vcard_reader.h"
 #include "formats/vcard_writer.h"
+#include "formats/vmessage_reader.h"
+#include "formats/vmessage_writer.h"
+#include "formats/vnote_reader.h"
+#include "formats/vnote_writer.h"
 
 namespace tamu {
 namespace {
@@ -14,14 +20,14 @@ struct ReaderRow {
 };
 constexpr ReaderRow kReaders[] = {
     {"VCARD", &VCARD_ReadObjects},
-    {"VCALENDAR", nullptr},
-    {"VNOTE", nullptr},
-    {"VMSG", nullptr},
+    {"VCALENDAR", &VCAL_Read},
+    {"VNOTE", &VNOTE_Read},
+    {"VMSG", &VMSG_Read},
 };
 
 using Writer = TamuResult (*)(File*, const ObjectRecord&, bool with_luid) noexcept;
-constexpr Writer kWriters[] = {&VCARD_Write, nullptr, nullptr,
-                               nullptr,      nullptr, nullptr};  // by kind
+constexpr Writer kWriters[] = {&VCARD_Write, &VCAL_Write, &VNOTE_Write,
+                               &VMSG_Write,  &VMSG_Write, &VMSG_Write};  // by kind
 static_assert(std::size(kWriters) == KIND_MSG_OUTBOX + 1);
 
 }  // namespace

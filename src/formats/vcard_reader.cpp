@@ -1,33 +1,28 @@
 #include "formats/vcard_reader.h"
 
 #include <array>
-#include <cstring>
 
 #include "core/log.h"
 #include "core/records.h"
-#include "formats/line_buffers.h"
+#include "formats/line_reader.h"
+#include "formats/object_loop.h"
 #include "formats/shared_record.h"
 #include "formats/vcard_properties.h"
-#include "text/logical_line.h"
 #include "text/property.h"
 #include "text/version.h"
 
 namespace tamu {
 namespace {
 
-TamuResult ReportNoMemory() noexcept {
-  LOG_Error("TAMU:  Error - Memory allocation error");
-  return TAMU_OUT_OF_MEMORY;
-}
+constexpr const char* kFormat = "vCard";
 
 // The lines of one card, from behind its BEGIN.
 class CardReader {
  public:
-  CardReader(File* file, LineBuffers* buffers, ContactShape* contact) noexcept
-      : file_(file), buffers_(buffers), contact_(contact) {}
+  CardReader(LineReader* line, ContactShape* contact) noexcept : line_(line), contact_(contact) {}
 
   TamuResult Read() noexcept {
-    while (!ended_ && !file_->AtEnd()) ReadLine();
+    while (!ended_ && !line_->file()->AtEnd()) ReadLine();
     if (version_seen_ && n_seen_ && ended_) return result_;
     LOG_Error(
         "TAMU:  Error - vCard missing END tago or does not contain required VERSION or N "
@@ -36,29 +31,18 @@ class CardReader {
   }
 
  private:
-  void Warn() noexcept {
-    if (result_ == TAMU_PARSE_OK) result_ = TAMU_PARSE_WARNING;
-  }
-
   void ReadLine() noexcept {
-    const MemPtr<char> line = FileLine(file_);
-    if (!line) return Warn();
-    if (*line == '\0') {
-      LOG_Error("TAMU:  Warning - Parser encounted a blank line in vCard");
-      return Warn();
-    }
-    char* const value = LINE_Split(buffers_->name.get(), buffers_->params.get(), line.get());
-    LINE_TrimLeadingBlanks(buffers_->name.get());
-    LINE_TrimLeadingBlanks(buffers_->params.get());
-    TakeProperty(VCARD_FindName(buffers_->name.get()), value);
+    if (!line_->Next(kFormat, &result_)) return;
+    LINE_TrimLeadingBlanks(line_->name());
+    LINE_TrimLeadingBlanks(line_->params());
+    TakeProperty(VCARD_FindName(line_->name()), line_->value());
   }
 
-  void TakeProperty(VcardName name, char* value) noexcept {
+  void TakeProperty(VcardName name, const char* value) noexcept {
     switch (name.line) {
       case VcardLine::kUnknown:
-        LOG_Info("TAMU:  Warning - Parser encountered unknown property: '%s'",
-                 buffers_->name.get());
-        Warn();
+        LOG_Info("TAMU:  Warning - Parser encountered unknown property: '%s'", line_->name());
+        RESULT_Warn(&result_);
         break;
       case VcardLine::kBegin:
         ++depth_;
@@ -91,16 +75,15 @@ class CardReader {
     ended_ = true;
   }
 
-  void TakeChainProperty(std::uint32_t row_index, char* value) noexcept {
+  void TakeChainProperty(std::uint32_t row_index, const char* value) noexcept {
     const VcardRow& row = VCARD_Rows()[row_index];
     if (row.field == &ContactShape::prop_n) n_seen_ = true;
     if (depth_ != 1) return;
     Property* const property = chain_ends_[row_index].Append(&(contact_->*row.field));
-    PROP_SetFromText(value, buffers_->params.get(), row.components, property);
+    PROP_SetFromText(value, line_->params(), row.components, property);
   }
 
-  File* file_;
-  LineBuffers* buffers_;
+  LineReader* line_;
   ContactShape* contact_;
   std::array<PropertyChainEnd, 17> chain_ends_{};  // one a row
   std::uint64_t depth_ = 1;
@@ -110,50 +93,26 @@ class CardReader {
   bool ended_ = false;
 };
 
-// Reads the line that has to begin the next card. Sets `*begins` when it does.
-TamuResult ReadBegin(File* file, LineBuffers* buffers, bool* begins) noexcept {
-  const std::uint32_t line_number = file->Tell().line;
-  const MemPtr<char> line = FileLine(file);
-  *begins = false;
-  if (!line) return TAMU_PARSE_ERROR;
-  static_cast<void>(LINE_Split(buffers->name.get(), buffers->params.get(), line.get()));
-  const char* const name = LINE_TrimLeadingBlanks(buffers->name.get());
-  *begins = VCARD_FindName(name).line == VcardLine::kBegin;
-  if (*begins) SHARED_BeginObject(line_number);
-  return TAMU_PARSE_OK;
-}
+TamuResult ReadBody(File* file, ReadCallback, void*) noexcept { return VCARD_ReadOne(file); }
+
+ObjectKind KindOf(const ObjectRecord&) noexcept { return KIND_CONTACT; }
 
 }  // namespace
 
 TamuResult VCARD_ReadOne(File* file) noexcept {
-  LineBuffers buffers;
-  if (!buffers.ok()) return ReportNoMemory();
-  return CardReader(file, &buffers, &SHARED_Record()->contact).Read();
+  return VCARD_ReadOne(file, &SHARED_Record()->contact);
+}
+
+TamuResult VCARD_ReadOne(File* file, ContactShape* contact) noexcept {
+  LineReader line(file);
+  if (!line.ok()) return RESULT_NoBuffers();
+  return CardReader(&line, contact).Read();
 }
 
 TamuResult VCARD_ReadObjects(File* file, ReadCallback callback, void* user) noexcept {
-  if (file->AtEnd()) return TAMU_PARSE_ERROR;
-  LineBuffers buffers;
-  if (!buffers.ok()) return ReportNoMemory();
-  TamuResult kept = TAMU_PARSE_OK;
-  for (bool first = true;; first = false) {
-    bool begins = false;
-    if (const TamuResult result = ReadBegin(file, &buffers, &begins); result != TAMU_PARSE_OK)
-      return result;
-    if (!begins) {
-      if (!first) return kept;
-      LOG_Error("TAMU:  Error - vCard does not have a BEGIN tag");
-      return TAMU_PARSE_ERROR;
-    }
-    const TamuResult result = VCARD_ReadOne(file);
-    if (result == TAMU_PARSE_ERROR || result == TAMU_OUT_OF_MEMORY) {
-      RECORD_Free(KIND_CONTACT, SHARED_Record());
-      return result;
-    }
-    if (result == TAMU_PARSE_WARNING) kept = TAMU_PARSE_WARNING;
-    if (callback != nullptr) callback(KIND_CONTACT, SHARED_Record(), kept, user);
-    RECORD_Free(KIND_CONTACT, SHARED_Record());
-  }
+  // The value behind BEGIN is not looked at: the first one chose this reader.
+  constexpr ObjectLoop kLoop = {kFormat, nullptr, &ReadBody, &KindOf};
+  return OBJECTS_ReadAll(kLoop, file, callback, user);
 }
 
 }  // namespace tamu

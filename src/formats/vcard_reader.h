@@ -24,6 +24,9 @@ namespace tamu {
 // VERSION, N or END); or TAMU_OUT_OF_MEMORY.
 [[nodiscard]] TamuResult VCARD_ReadOne(File* file) noexcept;
 
+// The same into another contact: for a card that stands in something else.
+[[nodiscard]] TamuResult VCARD_ReadOne(File* file, ContactShape* contact) noexcept;
+
 }  // namespace tamu
 
 #endif  // TAMU_FORMATS_VCARD_READER_H_

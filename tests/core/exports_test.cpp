@@ -88,15 +88,19 @@ TEST(ReadObjects, AnEmptyFileHoldsNoObject) {
 
 // "BEGIN" is looked for anywhere before the colon. Kept on purpose.
 TEST(ReadObjects, BeginIsFoundAsASubstringOfTheName) {
-  EXPECT_EQ(ReadContent("X-BEGIN-X:VNOTE\r\n").result, TAMU_UNSUPPORTED_TYPE);
-  // The dispatcher takes this one for a vCard file; its reader then wants BEGIN itself.
+  // The dispatcher takes these for files of the format; its reader then wants BEGIN itself.
+  EXPECT_EQ(ReadContent("X-BEGIN-X:VNOTE\r\n").result, TAMU_PARSE_ERROR);
   EXPECT_EQ(ReadContent("X-BEGIN-X:VCARD\r\n").result, TAMU_PARSE_ERROR);
 }
 
-TEST(ReadObjects, FormatsWithoutAReaderAreUnsupported) {
-  EXPECT_EQ(ReadContent("BEGIN:VCALENDAR\r\n").result, TAMU_UNSUPPORTED_TYPE);
-  EXPECT_EQ(ReadContent("BEGIN:VNOTE\n").result, TAMU_UNSUPPORTED_TYPE);
-  EXPECT_EQ(ReadContent("BEGIN:VMSG\n").result, TAMU_UNSUPPORTED_TYPE);
+TEST(ReadObjects, TheObjectNameChoosesTheReader) {
+  const std::pair<const char*, const char*> formats[] = {
+      {"VCARD", "vCard"}, {"VCALENDAR", "vCalendar"}, {"VNOTE", "vNote"}};
+  for (const auto& [name, format] : formats) {
+    const LogCapture log;
+    EXPECT_EQ(ReadContent(std::string("X-BEGIN:") + name + "\r\n").result, TAMU_PARSE_ERROR);
+    EXPECT_TRUE(log.Has(std::string("TAMU:  Error - ") + format + " does not have a BEGIN tag"));
+  }
 }
 
 TEST(ReadObjects, OnlyTheFirst511CharactersOfTheFirstLineCount) {

@@ -211,6 +211,7 @@ TEST_F(VcardReadOne, ANestedObjectIsSkippedAndItsUnknownLinesWarn) {
   EXPECT_EQ(reading.objects[0].tel_values, (std::vector<Texts>{{"1"}}));
   EXPECT_EQ(reading.objects[0].luid, "");
   EXPECT_EQ(reading.objects[0].version, "2.1");
+  EXPECT_EQ(reading.objects[0].status, TAMU_PARSE_WARNING);
   EXPECT_EQ(log.texts(), std::vector<std::string>{UnknownProperty("X-BAR")});
 }
 
@@ -261,6 +262,12 @@ TEST_F(VcardReadOne, ALongNameOrParameterIsCut) {
       Read(GoodCard(long_name + ":1\r\nTEL;" + std::string(200, 'P') + ":1\r\n"));
   EXPECT_EQ(log.texts(), std::vector<std::string>{UnknownProperty(std::string(51, 'X'))});
   EXPECT_EQ(reading.objects.at(0).tel_params, (std::vector<Texts>{{std::string(127, 'P')}}));
+}
+
+TEST_F(VcardReadOne, NothingBehindANulIsTakenForAValue) {
+  const Reading reading = Read(GoodCard(std::string("TEL\0hidden\r\nNOTE;HOME\0:x;y\r\n", 28)));
+  EXPECT_EQ(reading.objects.at(0).tel_values, (std::vector<Texts>{{""}}));
+  EXPECT_EQ(reading.objects[0].note_values, (std::vector<Texts>{{""}}));
 }
 
 TEST_F(VcardReadOne, ALineWithoutAColonHasAnEmptyValue) {
@@ -331,14 +338,27 @@ TEST_F(VcardReadObjects, WhenAnyAllocationFailsNothingIsLeftAndReadingEnds) {
   }
 }
 
-TEST_F(VcardReadObjects, NoMemoryForTheWorkBuffersGives11) {
-  const ScratchFolder folder;
-  const std::u16string path = folder.Put("a", GoodCard());
-  for (const std::uint64_t n : {2U, 3U}) {  // the first one is the file's window
+TEST_F(VcardReadObjects, TheResultIsTheOneKeptWhenTextEndsTheFile) {
+  const auto read = [](const std::string& content) {
+    const ScratchFolder folder;
+    File file;
+    EXPECT_EQ(FILE_Open(folder.Put("a", content).c_str(), u"rb", &file), 0U);
+    return VCARD_ReadObjects(&file, nullptr, nullptr);
+  };
+  EXPECT_EQ(read(GoodCard() + "text\r\n"), TAMU_PARSE_OK);
+  EXPECT_EQ(read(GoodCard("X-FOO:1\r\n") + GoodCard() + "text\r\n"), TAMU_PARSE_WARNING);
+}
+
+TEST_F(VcardReadObjects, NoMemoryForTheWorkBuffersGives11AndNoCallback) {
+  const std::string content = GoodCard();
+  // The window comes first, then the loop's two buffers, the BEGIN line, and the card's own two.
+  for (const std::uint64_t n : {2U, 3U, 5U, 6U}) {
     const LogCapture log;
     MEM_FailNth(n);
-    EXPECT_EQ(TAMU_ReadObjects(testing::PathPointer(path), nullptr, nullptr), TAMU_OUT_OF_MEMORY);
+    const Reading reading = Read(content);
     MEM_FailNth(0);
+    EXPECT_EQ(reading.result, TAMU_OUT_OF_MEMORY) << n;
+    EXPECT_TRUE(reading.objects.empty()) << n;
     EXPECT_EQ(log.texts(), std::vector<std::string>{"TAMU:  Error - Memory allocation error"});
   }
 }

@@ -202,6 +202,30 @@ TEST(VobjPutProperty, AnEmptyChainIsWrittenOnlyWhenAskedFor) {
             "B:\n");
 }
 
+TEST(VobjPutProperty, LinesOfEveryLengthAreWrittenWhole) {
+  for (const std::size_t length : {509U, 510U, 511U, 512U, 513U, 100000U}) {
+    const OwnedProperty property(std::string(length - 2, 'x'), "");
+    const std::string written =
+        Written([&](File* file) { VOBJ_PutProperty(file, "N", property.get(), false); });
+    EXPECT_EQ(written, "N:" + std::string(length - 2, 'x') + "\n") << length;
+  }
+}
+
+TEST(VobjPutProperty, ALongLineThatMemoryRunsOutForIsLeftOutAlone) {
+  Ref<Property> chain = nullptr;
+  for (const std::string& value :
+       {std::string("first"), std::string(2000, 'x'), std::string("last")}) {
+    PROP_SetFromText(value.c_str(), "", 1, PROP_Append(&chain));
+  }
+  const std::string written = Written([&](File* file) {
+    MEM_FailNth(1);
+    VOBJ_PutProperty(file, "NOTE", chain, false);
+    MEM_FailNth(0);
+  });
+  EXPECT_EQ(written, "NOTE:first\nNOTE:last\n");
+  PROP_Free(chain);
+}
+
 std::string Qp(const char* text, bool qp = true) {
   return Written([=](File* file) { EXPECT_EQ(VOBJ_PutQpText(file, text, qp), 0U); });
 }
