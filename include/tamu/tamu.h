@@ -1,27 +1,31 @@
-/* tamu/tamu.h - the public interface of the object store library, for C11 and C++.
+/* tamu/tamu.h - the public interface of the object store library, for C11 and C++11 or later.
  *
- *   The library turns vCard 2.1, vCalendar 1.0, vNote 1.1 and vMessage 1.1 files into object
- * records and records into such files, and adds, modifies, finds and fetches objects in the
- * device's stores.
+ * The library turns vCard 2.1, vCalendar 1.0, vNote 1.1 and vMessage 1.1 files into object records
+ * and records into such files, and adds, modifies, finds and fetches objects in the device's
+ * stores.
  *
- *   Records    One `ObjectRecord` of 9792 bytes is one object: a contact, an event or to-do, a note
- * or a message. Its layout is the same on every machine, 32 or 64 bits; a record whose bytes are
- * all zero is empty. The record does not say its kind: an `ObjectKind` always goes with it. Units
- * Lengths and offsets are bytes, lengths of wide text are 16-bit units. Text in records is 8-bit
- *              and NUL-terminated, in the character set of the file it came from, still encoded.
- *   Ownership  A record owns everything that can be reached from it: property chains, their
+ * Records: one `ObjectRecord` of 9792 bytes is one object: a contact, an event or to-do, a note or
+ * a message. Its layout is the same on every machine, 32 or 64 bits; a record whose bytes are all
+ * zero is empty. The record does not say its kind: an `ObjectKind` always goes with it.
+ *
+ * Units: lengths and offsets are bytes, lengths of wide text are 16-bit units. Text in records is
+ * 8-bit and NUL-terminated, in the character set of the file it came from, still encoded.
+ *
+ * Ownership: a record owns everything that can be reached from it: property chains, their
  * parameters and values, body parts and their text, and the temporary files that body parts name.
- *              - Property chains come from the library alone: they are read (TAMU_ReadObjects) or
- * fetched (TAMU_GetObjectById). A caller never builds or frees one.
- *              - A message's inline texts may be filled by the caller.
- *              - A record from TAMU_GetObjectById is released by writing it with TAMU_WriteObject,
- * which frees what the record owns and leaves it empty.
- *              - TAMU_AddObject, TAMU_ModifyObject and TAMU_FindObject leave the caller's record as
- * it is.
- *              - A record in a ReadCallback belongs to the library and lives until the callback
- * returns. Errors     Functions return a TamuResult; nothing is thrown. Threads    None: one caller
- * at a time. Reading shares one record and is not re-entrant: a callback may call every function
- * but TAMU_ReadObjects.
+ *
+ * - Property chains come from the library alone: they are read (TAMU_ReadObjects) or fetched
+ *   (TAMU_GetObjectById). A caller never builds or frees one.
+ * - A message's inline texts may be filled by the caller.
+ * - A record from TAMU_GetObjectById is released by writing it with TAMU_WriteObject, which frees
+ *   what the record owns and leaves it empty.
+ * - TAMU_AddObject, TAMU_ModifyObject and TAMU_FindObject leave the caller's record as it is.
+ * - A record in a ReadCallback belongs to the library and lives until the callback returns.
+ *
+ * Errors: functions return a TamuResult; nothing is thrown.
+ *
+ * Threads: none, one caller at a time. Reading shares one record and is not re-entrant: a callback
+ * may call every function but TAMU_ReadObjects.
  */
 #ifndef TAMU_TAMU_H_
 #define TAMU_TAMU_H_
@@ -76,9 +80,7 @@ class Ref {
     address_ = Pack(pointer);
     return *this;
   }
-  [[nodiscard]] T* get() const noexcept {
-    return reinterpret_cast<T*>(static_cast<std::uintptr_t>(address_));
-  }
+  T* get() const noexcept { return reinterpret_cast<T*>(static_cast<std::uintptr_t>(address_)); }
   operator T*() const noexcept { return get(); }
   T* operator->() const noexcept { return get(); }
 
@@ -298,12 +300,12 @@ typedef struct MessageShape {
 
 /* One object, in the shape that its kind names. */
 typedef union ObjectRecord {
+  uint8_t bytes[TAMU_RECORD_SIZE]; /* first, so that initialising with zero clears all of it */
   ContactShape contact;
   EventShape event;
   ToDoShape todo;
   NoteShape note;
   MessageShape message;
-  uint8_t bytes[TAMU_RECORD_SIZE];
 } ObjectRecord;
 
 /* Receives one object of a file that is being read: its kind, its record, TAMU_PARSE_OK or

@@ -1,9 +1,11 @@
 // config/config.h - the stack's configuration block in the registry.
 //   The values of "Software\Velmora\BTConfig\General" under HKEY_LOCAL_MACHINE as one fixed record.
-//   The library itself uses the two charset names only. Units      sizes of texts are characters
-//   with their terminator: bytes in the ANSI code page, or UTF-16 units. Ownership  the block is
-//   the caller's and owns nothing. Errors     a value that is missing, of another type, too long or
-//   not convertible leaves its default.
+//   The library itself uses the two charset names only.
+//   Units      sizes of texts are characters with their terminator: bytes in the ANSI code page, or
+//              UTF-16 units.
+//   Ownership  the block is the caller's and owns nothing.
+//   Errors     a value that is missing, of another type, too long or not convertible leaves its
+//              default.
 #ifndef TAMU_CONFIG_CONFIG_H_
 #define TAMU_CONFIG_CONFIG_H_
 

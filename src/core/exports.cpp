@@ -73,7 +73,7 @@ TamuResult TAMU_ReadObjects(const TamuWchar* path, ReadCallback callback, void* 
   return WithoutStatus(result);
 }
 
-const TamuWchar* TAMU_CodeToString(TamuResult code) { return RESULT_Text(code); }
+const TamuWchar* TAMU_CodeToString(TamuResult code) { return AsTamuWchar(RESULT_Text(code)); }
 
 uint32_t TAMU_GetObjectName(ObjectKind kind, ObjectRecord* record, TamuWchar* name_out,
                             uint32_t capacity) {

@@ -75,12 +75,13 @@ bool File::Open(const char16_t* path, const char16_t* mode) noexcept {
     return false;
   }
   binary_ = parsed->binary;
+  appends_ = (parsed->access & platform::kFileAppendData) != 0;
   readable_ = (parsed->access & platform::kGenericRead) != 0;
-  writable_ = (parsed->access & (platform::kGenericWrite | platform::kFileAppendData)) != 0;
+  writable_ = appends_ || (parsed->access & platform::kGenericWrite) != 0;
   met_end_ = source_at_end_ = false;
   line_ = 1;
-  window_offset_ = 0;
-  next_ = end_ = pending_ = 0;
+  base_ = 0;
+  ForgetBuffer();
   return true;
 }
 
@@ -90,9 +91,12 @@ bool File::Close() noexcept {
   if (!closed) Note(platform::GetLastError());
   buffer_.reset();
   capacity_ = 0;
-  next_ = end_ = pending_ = 0;
+  readable_ = writable_ = false;
+  ForgetBuffer();
   return flushed && closed;
 }
+
+void File::ForgetBuffer() noexcept { next_ = end_ = pending_ = 0; }
 
 void File::Note(std::uint32_t error) noexcept {
   if (error_ == 0) error_ = error != 0 ? error : platform::kErrorGenFailure;
@@ -101,30 +105,58 @@ void File::Note(std::uint32_t error) noexcept {
 std::uint32_t File::TakeError() noexcept { return std::exchange(error_, 0); }
 
 int File::GetChar() noexcept {
-  if (next_ == end_ && ExtendWindow() != Extension::kMore) {
+  const int character = PeekChar();
+  if (character < 0) {
     met_end_ = true;
-    return -1;
+    return character;
   }
-  const char character = buffer_.get()[next_++];
+  ++next_;
   if (character == '\n') ++line_;
-  return static_cast<unsigned char>(character);
+  return character;
 }
 
-bool File::Seek(const Place& place) noexcept {
-  met_end_ = false;
-  line_ = place.line;
-  if (place.offset >= window_offset_ && place.offset <= window_offset_ + end_) {
-    next_ = static_cast<std::size_t>(place.offset - window_offset_);
-    return true;
-  }
-  if (platform::SetFilePointerEx(handle_, static_cast<std::int64_t>(place.offset), nullptr,
+int File::PeekChar() noexcept {
+  if (next_ == end_ && ExtendWindow() != Extension::kMore) return -1;
+  return static_cast<unsigned char>(buffer_.get()[next_]);
+}
+
+bool File::MoveTo(std::uint64_t offset) noexcept {
+  if (platform::SetFilePointerEx(handle_, static_cast<std::int64_t>(offset), nullptr,
                                  platform::kFileBegin) == 0) {
     Note(platform::GetLastError());
     return false;
   }
-  window_offset_ = place.offset;
-  next_ = end_ = 0;
+  base_ = offset;
+  ForgetBuffer();
   source_at_end_ = false;
+  return true;
+}
+
+bool File::Seek(const Place& place) noexcept {
+  if (!Flush()) return false;
+  if (end_ != 0 && place.offset >= base_ && place.offset <= base_ + end_) {
+    next_ = static_cast<std::size_t>(place.offset - base_);
+  } else if (place.offset != base_ + next_ && !MoveTo(place.offset)) {
+    return false;
+  }
+  met_end_ = false;
+  line_ = place.line;
+  return true;
+}
+
+// What was written has to be in the file before it can be read.
+bool File::StartReading() noexcept {
+  if (!readable_) return false;
+  if (pending_ == 0) return true;
+  return Flush();
+}
+
+// Writing goes on where reading has got to, not where the window ends.
+bool File::StartWriting() noexcept {
+  if (!writable_ || error_ != 0) return false;
+  if (end_ == 0) return true;
+  if (!appends_) return MoveTo(base_ + next_);
+  ForgetBuffer();
   return true;
 }
 
@@ -140,10 +172,10 @@ bool File::GrowWindow() noexcept {
 }
 
 File::Extension File::ExtendWindow() noexcept {
-  if (!readable_ || source_at_end_) return Extension::kEnd;
+  if (!StartReading() || source_at_end_) return Extension::kEnd;
   if (next_ > capacity_ / 2 || end_ == capacity_) {
     std::memmove(buffer_.get(), buffer_.get() + next_, end_ - next_);
-    window_offset_ += next_;
+    base_ += next_;
     end_ -= next_;
     next_ = 0;
   }
@@ -182,7 +214,7 @@ bool File::WriteBytes(std::string_view bytes) noexcept {
 }
 
 bool File::Write(std::string_view text) noexcept {
-  if (!writable_ || error_ != 0) return false;
+  if (!StartWriting()) return false;
   if (binary_) return WriteBytes(text);
   for (;;) {
     const std::size_t line_feed = text.find('\n');
@@ -203,8 +235,16 @@ bool File::Flush() noexcept {
   const bool written =
       platform::WriteFile(handle_, buffer_.get(), static_cast<std::uint32_t>(pending_), &done,
                           nullptr) != 0;
-  pending_ = 0;
   if (!written) Note(platform::GetLastError());
+  base_ += done;
+  pending_ = 0;
+  source_at_end_ = false;
+  // What is appended goes to the end, wherever the position was.
+  std::int64_t position = 0;
+  if (appends_ && readable_ &&
+      platform::SetFilePointerEx(handle_, 0, &position, platform::kFileCurrent) != 0) {
+    base_ = static_cast<std::uint64_t>(position);
+  }
   return written;
 }
 

@@ -2,9 +2,11 @@
 //   Reading goes through a window of the file in memory that grows to the longest logical line, so
 //   that a line costs no system call and memory does not depend on the file's length. Writing is
 //   buffered. Modes are the C library's: "r", "w", "a", each with "+" or "b"; a mode without "b"
-//   writes each line feed as CR LF. Reading never translates. Units      bytes; lines are counted
-//   from 1. Ownership  a File closes itself; a path is borrowed for the call. Errors     results as
-//   below; the first error of reading, writing or closing stays with the file until asked for.
+//   writes each line feed as CR LF. Reading never translates.
+//   Units      bytes; lines are counted from 1.
+//   Ownership  a File closes itself; a path is borrowed for the call.
+//   Errors     results as below; the first error of reading, writing or closing stays with the file
+//              until asked for.
 #ifndef TAMU_CORE_FILE_H_
 #define TAMU_CORE_FILE_H_
 
@@ -46,17 +48,22 @@ class File {
   // --- Reading ---
 
   // The next character, or -1 at the end.
-  [[nodiscard]] int GetChar() noexcept;
+  int GetChar() noexcept;
+  // The same without moving on or meeting the end.
+  [[nodiscard]] int PeekChar() noexcept;
   // True once a read has met the end of the file, until the position is moved (the C library's
   // feof).
   [[nodiscard]] bool AtEnd() const noexcept { return met_end_; }
-  [[nodiscard]] Place Tell() const noexcept { return {window_offset_ + next_, line_}; }
-  // Returns false when the position cannot be reached (on a pipe, what has left the window).
+  // Where the next character is read or, but for modes that append, written. Lines are counted when
+  // reading.
+  [[nodiscard]] Place Tell() const noexcept { return {base_ + next_ + pending_, line_}; }
+  // Returns false, with nothing changed, when the position cannot be reached (on a pipe, what has
+  // left the window). What is buffered is written first.
   bool Seek(const Place& place) noexcept;
   bool Rewind() noexcept { return Seek(Place{}); }
 
   // What is in memory from the position on; what it views lives until the next call that reads or
-  // moves.
+  // seeks.
   [[nodiscard]] std::string_view Window() const noexcept {
     return {buffer_.get() + next_, end_ - next_};
   }
@@ -80,24 +87,30 @@ class File {
  private:
   void Note(std::uint32_t error) noexcept;
   [[nodiscard]] bool GrowWindow() noexcept;
+  [[nodiscard]] bool StartReading() noexcept;
+  [[nodiscard]] bool StartWriting() noexcept;
   [[nodiscard]] bool WriteBytes(std::string_view bytes) noexcept;
+  [[nodiscard]] bool MoveTo(std::uint64_t offset) noexcept;
+  void ForgetBuffer() noexcept;
 
   platform::FileHandle handle_ = platform::kInvalidHandle;
   bool binary_ = false;
   bool readable_ = false;
   bool writable_ = false;
+  bool appends_ = false;
   bool met_end_ = false;
   bool source_at_end_ = false;
   std::uint32_t error_ = 0;
   std::uint32_t line_ = 1;
 
+  // The buffer serves one direction at a time. Reading: its first `end_` bytes are the file from
+  // `base_` on, and the position is `next_` of them. Writing: its first `pending_` bytes are not
+  // written yet and belong to `base_`.
   MemPtr<char> buffer_;
   std::size_t capacity_ = 0;
-  // Reading: buffer_[0, end_) is the file from window_offset_ on, and next_ is the position.
-  std::uint64_t window_offset_ = 0;
+  std::uint64_t base_ = 0;
   std::size_t next_ = 0;
   std::size_t end_ = 0;
-  // Writing: buffer_[0, pending_) is not written yet.
   std::size_t pending_ = 0;
 };
 

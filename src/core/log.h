@@ -1,9 +1,9 @@
 // core/log.h - the diagnostic log: formatted lines, each sent as one UDP datagram to a configured
 // collector.
 //   A line is text without time stamp and line end. Library lines begin "TAMU:  ", the mail store's
-//   "MAPI:  ". Datagram   category, text length, 0, 0 (16-bit little-endian each), then the text
-//   without terminator; to UDP
-//              port 38182. Text is cut at 992 bytes less its terminator.
+//   "MAPI:  ".
+//   Datagram   category, text length, 0, 0 (16-bit little-endian each), then the text without
+//              terminator; to UDP port 38182. Text is cut at 992 bytes less its terminator.
 //   Errors     logging never fails its callers.
 //   Threads    none.
 #ifndef TAMU_CORE_LOG_H_

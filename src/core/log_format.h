@@ -1,9 +1,11 @@
 // core/log_format.h - the formatter of log lines: the conversions that the library's texts use,
 // over typed arguments.
 //   %s 8-bit text, %S UTF-16 text (through the ANSI code page), %d %u %lu %x 32-bit numbers, with a
-//   zero flag, width and precision as the C library has them (%08x, %02X, %4d), %c a character, %%
+//   zero flag and width as the C library has them (%08x, %02X, %4d), %c a character, %%
 //   a percent sign. Conversions and arguments are checked against each other when the line is
-//   compiled. Units      bytes. Ownership: arguments are borrowed for the call.
+//   compiled.
+//   Units      bytes.
+//   Ownership  arguments are borrowed for the call.
 #ifndef TAMU_CORE_LOG_FORMAT_H_
 #define TAMU_CORE_LOG_FORMAT_H_
 

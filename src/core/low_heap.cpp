@@ -55,26 +55,42 @@ struct FreeBlock {
   std::uint32_t next;
 };
 
-// The free blocks of one size: a list of blocks that were given back, then what is left of the
-// newest page.
-struct SizeClass {
-  std::uint32_t free_list = 0;
-  std::uint32_t fresh = 0;
-  std::uint32_t fresh_end = 0;
+constexpr auto kBlocksPerPage = [] {
+  std::array<std::uint16_t, kClassSizes.size()> counts{};
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    counts[i] = static_cast<std::uint16_t>(kPageSize / kClassSizes[i]);
+  }
+  return counts;
+}();
+
+constexpr std::uint16_t kNoPage = 0;  // the page at address 0 is never ours
+
+// One page of a divided chunk: of one class, or the first of a run.
+struct Page {
+  std::uint32_t free_list = 0;   // blocks that were given back
+  std::uint16_t fresh = 0;       // blocks from here on were never used
+  std::uint16_t live = 0;        // blocks in use
+  std::uint16_t next = kNoPage;  // the class's pages with free blocks, both ways
+  std::uint16_t previous = kNoPage;
+  std::uint8_t class_number = 0;  // 1 + the class's index; 0 for none
+  std::uint8_t run_length = 0;
+
+  [[nodiscard]] unsigned class_index() const noexcept { return class_number - 1U; }
 };
 
 struct Heap {
-  std::array<SizeClass, kClassSizes.size()> classes{};
+  // The first page of each class that has free blocks.
+  std::array<std::uint16_t, kClassSizes.size()> open_pages{};
   std::array<ChunkUse, kChunks> chunk_use{};
-  std::array<std::uint64_t, kChunks> used_pages{};  // one bit a page of a divided chunk
-  std::array<std::uint32_t, kChunks>
-      large_size{};  // bytes mapped, at the first chunk of a kLarge mapping
-  std::array<std::uint8_t, kPages> page_class{};  // class + 1 of a page, 0 when it has none
-  std::array<std::uint8_t, kPages> run_length{};  // pages of the run that begins here
+  // One bit a page of a divided chunk.
+  std::array<std::uint64_t, kChunks> used_pages{};
+  // Bytes mapped, at the first chunk of a large mapping.
+  std::array<std::uint32_t, kChunks> large_size{};
   std::size_t mapped = 0;
 };
 
 constinit Heap g_heap;
+constinit std::array<Page, kPages> g_pages{};
 
 std::uintptr_t AddressOf(const void* block) noexcept {
   return reinterpret_cast<std::uintptr_t>(block);
@@ -158,25 +174,58 @@ void FreePages(unsigned first_page, unsigned count) noexcept {
   g_heap.mapped -= kChunkSize;
 }
 
+void OpenPage(std::uint16_t number) noexcept {
+  Page& page = g_pages[number];
+  std::uint16_t& first = g_heap.open_pages[page.class_index()];
+  page.next = first;
+  page.previous = kNoPage;
+  if (first != kNoPage) g_pages[first].previous = number;
+  first = number;
+}
+
+void ClosePage(std::uint16_t number) noexcept {
+  Page& page = g_pages[number];
+  if (page.previous != kNoPage) {
+    g_pages[page.previous].next = page.next;
+  } else {
+    g_heap.open_pages[page.class_index()] = page.next;
+  }
+  if (page.next != kNoPage) g_pages[page.next].previous = page.previous;
+  page.next = page.previous = kNoPage;
+}
+
+bool IsFull(const Page& page) noexcept {
+  return page.free_list == 0 && page.fresh == kBlocksPerPage[page.class_index()];
+}
+
+// A new page of a class, among its open ones; its number, or kNoPage.
+std::uint16_t AddPage(unsigned index) noexcept {
+  const unsigned number = AllocPages(1);
+  if (number == kPages) return kNoPage;
+  Page& page = g_pages[number];
+  page = Page{};
+  page.class_number = static_cast<std::uint8_t>(index + 1);
+  OpenPage(static_cast<std::uint16_t>(number));
+  return static_cast<std::uint16_t>(number);
+}
+
 void* AllocOfClass(unsigned index) noexcept {
-  SizeClass& size_class = g_heap.classes[index];
-  if (size_class.free_list != 0) {
-    auto* block = static_cast<FreeBlock*>(ToPointer(size_class.free_list));
+  std::uint16_t number = g_heap.open_pages[index];
+  if (number == kNoPage) number = AddPage(index);
+  if (number == kNoPage) return nullptr;
+  Page& page = g_pages[number];
+  void* block = nullptr;
+  if (page.free_list != 0) {
+    block = ToPointer(page.free_list);
     UnpoisonMemory(block, sizeof(FreeBlock));
-    size_class.free_list = block->next;
-    return block;
+    page.free_list = static_cast<FreeBlock*>(block)->next;
+  } else {
+    block = ToPointer(std::uint64_t{number} * kPageSize +
+                      std::uint64_t{page.fresh} * kClassSizes[index]);
+    ++page.fresh;
   }
-  const std::uint32_t size = kClassSizes[index];
-  if (size_class.fresh_end - size_class.fresh < size) {
-    const unsigned page = AllocPages(1);
-    if (page == kPages) return nullptr;
-    g_heap.page_class[page] = static_cast<std::uint8_t>(index + 1);
-    size_class.fresh = static_cast<std::uint32_t>(page * kPageSize);
-    // Modulo 2^32, as the page may be the last one below 4 GiB.
-    size_class.fresh_end = static_cast<std::uint32_t>(size_class.fresh + kPageSize / size * size);
-  }
-  void* const block = ToPointer(size_class.fresh);
-  size_class.fresh += size;
+  ++page.live;
+  if (IsFull(page)) ClosePage(number);
   return block;
 }
 
@@ -184,7 +233,8 @@ void* AllocRun(std::size_t size) noexcept {
   const auto pages = static_cast<unsigned>((size + kPageSize - 1) / kPageSize);
   const unsigned first = AllocPages(pages);
   if (first == kPages) return nullptr;
-  g_heap.run_length[first] = static_cast<std::uint8_t>(pages);
+  g_pages[first] = Page{};
+  g_pages[first].run_length = static_cast<std::uint8_t>(pages);
   return ToPointer(std::uint64_t{first} * kPageSize);
 }
 
@@ -196,6 +246,7 @@ void* AllocLarge(std::size_t size) noexcept {
   for (unsigned i = 0; i * kChunkSize < rounded; ++i)
     g_heap.chunk_use[chunk + i] = ChunkUse::kLarge;
   g_heap.large_size[chunk] = static_cast<std::uint32_t>(rounded);
+  PoisonMemory(ToPointer(std::uint64_t{chunk} * kChunkSize), rounded);
   return ToPointer(std::uint64_t{chunk} * kChunkSize);
 }
 
@@ -209,12 +260,20 @@ void FreeLarge(unsigned chunk) noexcept {
   g_heap.mapped -= size;
 }
 
-void PushFree(void* block, unsigned index) noexcept {
-  SizeClass& size_class = g_heap.classes[index];
+// Gives a block back to its page, and a page that is empty to the system, unless it is the class's
+// only open one: the next block would need it again.
+void PushFree(void* block) noexcept {
+  const auto number = static_cast<std::uint16_t>(AddressOf(block) / kPageSize);
+  Page& page = g_pages[number];
+  if (IsFull(page)) OpenPage(number);
   UnpoisonMemory(block, sizeof(FreeBlock));
-  static_cast<FreeBlock*>(block)->next = size_class.free_list;
-  size_class.free_list = static_cast<std::uint32_t>(AddressOf(block));
-  PoisonMemory(block, kClassSizes[index]);
+  static_cast<FreeBlock*>(block)->next = page.free_list;
+  page.free_list = static_cast<std::uint32_t>(AddressOf(block));
+  PoisonMemory(block, kClassSizes[page.class_index()]);
+  if (--page.live != 0 || (page.next == kNoPage && page.previous == kNoPage)) return;
+  ClosePage(number);
+  page.class_number = 0;
+  FreePages(number, 1);
 }
 
 // Under AddressSanitizer a block that was given back is used again only after this many others.
@@ -225,17 +284,15 @@ struct Quarantine {
 };
 [[maybe_unused]] constinit Quarantine g_quarantine;
 
-void FreeOfClass(void* block, unsigned index) noexcept {
+void FreeOfClass(void* block, const Page& page) noexcept {
   if constexpr (!kAddressSanitizer) {
-    PushFree(block, index);
+    PushFree(block);
   } else {
-    PoisonMemory(block, kClassSizes[index]);
+    PoisonMemory(block, kClassSizes[page.class_index()]);
     void* const released = g_quarantine.blocks[g_quarantine.oldest];
     g_quarantine.blocks[g_quarantine.oldest] = block;
     g_quarantine.oldest = (g_quarantine.oldest + 1) % kQuarantineLength;
-    if (released != nullptr) {
-      PushFree(released, g_heap.page_class[AddressOf(released) / kPageSize] - 1U);
-    }
+    if (released != nullptr) PushFree(released);
   }
 }
 
@@ -258,16 +315,16 @@ void* LOWHEAP_Alloc(std::size_t size) noexcept {
 
 void LOWHEAP_Free(void* block) noexcept {
   if (MemoryIsPoisoned(block)) std::abort();  // freed twice, or never allocated
-  const auto page = static_cast<unsigned>(AddressOf(block) / kPageSize);
-  const unsigned chunk = page / kPagesPerChunk;
-  if (g_heap.page_class[page] != 0) {
-    FreeOfClass(block, g_heap.page_class[page] - 1U);
-  } else if (g_heap.chunk_use[chunk] == ChunkUse::kLarge) {
+  const auto number = static_cast<unsigned>(AddressOf(block) / kPageSize);
+  const unsigned chunk = number / kPagesPerChunk;
+  const Page& page = g_pages[number];
+  if (g_heap.chunk_use[chunk] == ChunkUse::kLarge) {
     FreeLarge(chunk);
+  } else if (page.class_number != 0) {
+    FreeOfClass(block, page);
   } else {
-    const unsigned pages = g_heap.run_length[page];
-    PoisonMemory(block, pages * kPageSize);
-    FreePages(page, pages);
+    PoisonMemory(block, page.run_length * kPageSize);
+    FreePages(number, page.run_length);
   }
 }
 

@@ -1,9 +1,11 @@
 // core/low_heap.h - a heap below 4 GiB, so that a reference of four bytes can point into it.
 //   Small blocks come from pages of one size class, found again by the block's address, so that
 //   they need no header; middle ones are runs of pages in 4 MiB chunks; large ones are mappings of
-//   their own. Chunks are mapped when they are needed and unmapped when nothing is left in them but
-//   size-class pages are kept for reuse. Units      bytes; blocks are aligned to 8. Errors     null
-//   when no memory below 4 GiB is left. Threads    none.
+//   their own. A page or chunk that becomes empty goes back, but for one page of each class.
+//
+//   Units      bytes; blocks are aligned to 8.
+//   Errors     null when no memory below 4 GiB is left.
+//   Threads    none.
 #ifndef TAMU_CORE_LOW_HEAP_H_
 #define TAMU_CORE_LOW_HEAP_H_
 

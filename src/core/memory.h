@@ -1,7 +1,9 @@
 // core/memory.h - the one pair of allocation wrappers for everything that records own.
 //   On a 64-bit system blocks lie below 4 GiB, so that a record's four-byte references reach them;
-//   on a 32-bit one they come from the C library. Units      bytes. Ownership  who allocates frees;
-//   `MemPtr` does so on every path. Errors     null when memory runs out. Nothing is thrown.
+//   on a 32-bit one they come from the C library.
+//   Units      bytes.
+//   Ownership  who allocates frees; `MemPtr` does so on every path.
+//   Errors     null when memory runs out. Nothing is thrown.
 //   Threads    none.
 #ifndef TAMU_CORE_MEMORY_H_
 #define TAMU_CORE_MEMORY_H_

@@ -86,6 +86,14 @@ Property* AppendAfter(Ref<Property>* field, Property* last) noexcept {
   return node;
 }
 
+// A name that a caller has filled to the brim has no end and names no file.
+void RemoveTempFile(const BodyPart& part) noexcept {
+  constexpr std::size_t kLast = sizeof part.temp_file / sizeof part.temp_file[0] - 1;
+  bool ends = false;
+  for (std::size_t i = 0; i <= kLast && !ends; ++i) ends = part.temp_file[i] == 0;
+  if (part.temp_file[0] != 0 && ends) FILE_Remove(AsUtf16(part.temp_file));
+}
+
 }  // namespace
 
 Property* PROP_Append(Ref<Property>* field) noexcept {
@@ -131,14 +139,12 @@ void PROP_Free(Property* node) noexcept {
 void BODY_FreeParts(ObjectRecord* record) noexcept {
   BodyPart& first = record->message.body;
   MEM_Free(std::exchange(first.text, nullptr));
-  if (first.temp_file[0] != 0) {
-    FILE_Remove(AsUtf16(first.temp_file));
-    first.temp_file[0] = 0;
-  }
+  RemoveTempFile(first);
+  first.temp_file[0] = 0;
   for (BodyPart* part = std::exchange(first.next, nullptr); part != nullptr;) {
     MEM_Free(part->text);
     // A further part's own name need not be cleared: the part goes.
-    if (part->temp_file[0] != 0) FILE_Remove(AsUtf16(part->temp_file));
+    RemoveTempFile(*part);
     BodyPart* const next = part->next;
     MEM_Free(part);
     part = next;

@@ -9,7 +9,7 @@ namespace {
 
 struct ResultRow {
   TamuResult code;
-  const TamuWchar* text;
+  const char16_t* text;
 };
 // Memory running out (11) has no text of its own.
 constexpr ResultRow kResults[] = {
@@ -32,16 +32,16 @@ constexpr ResultRow kResults[] = {
 
 }  // namespace
 
-const TamuWchar* RESULT_Text(TamuResult code) noexcept {
+const char16_t* RESULT_Text(TamuResult code) noexcept {
   for (const ResultRow& row : kResults) {
     if (row.code == code) return row.text;
   }
-  static std::array<TamuWchar, 48> unknown;
+  static std::array<char16_t, 48> unknown;
   std::array<char, unknown.size()> text;
   const LogArgument argument(code);
   LOG_Format(text, "Unknown TAMU error, code=%d", {&argument, 1});
   for (std::size_t i = 0; i < text.size(); ++i) {
-    unknown[i] = static_cast<TamuWchar>(text[i]);
+    unknown[i] = static_cast<char16_t>(text[i]);
     if (text[i] == '\0') break;
   }
   return unknown.data();

@@ -7,7 +7,7 @@
 namespace tamu {
 
 // The text of a code; for one without a text, a static buffer that the next such call overwrites.
-[[nodiscard]] const TamuWchar* RESULT_Text(TamuResult code) noexcept;
+[[nodiscard]] const char16_t* RESULT_Text(TamuResult code) noexcept;
 
 }  // namespace tamu
 

@@ -13,6 +13,10 @@ static_assert(sizeof(TamuWchar) == sizeof(char16_t));
   return reinterpret_cast<const char16_t*>(text);
 }
 
+[[nodiscard]] inline const TamuWchar* AsTamuWchar(const char16_t* text) noexcept {
+  return reinterpret_cast<const TamuWchar*>(text);
+}
+
 }  // namespace tamu
 
 #endif  // TAMU_CORE_WIDE_H_

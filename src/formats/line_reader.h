@@ -1,7 +1,8 @@
 // formats/line_reader.h - the lines of an object file, one property at a time, for every reader.
 //   Ownership  the file is the caller's; name, parameters and value are this object's and live
-//   until the next line. Errors     see Next. A reader asks ok() first: without memory for the work
-//   buffers nothing can be read.
+//              until the next line.
+//   Errors     see Next. A reader asks ok() first: without memory for the work buffers nothing can
+//              be read.
 #ifndef TAMU_FORMATS_LINE_READER_H_
 #define TAMU_FORMATS_LINE_READER_H_
 

@@ -1,6 +1,7 @@
 // formats/object_file.h - an object file from its start: which format its first line begins, and
 // its reading.
-//   Ownership  the file stays the caller's, open. Errors: results as below.
+//   Ownership  the file stays the caller's, open.
+//   Errors     results as below.
 #ifndef TAMU_FORMATS_OBJECT_FILE_H_
 #define TAMU_FORMATS_OBJECT_FILE_H_
 

@@ -1,7 +1,8 @@
 // formats/vcalendar_reader.h - reads vCalendar 1.0 files into event and to-do records.
 //   Values are kept raw, with their parameters and all their components; names are case-sensitive,
-//   blanks in them do not count. Ownership  the shared record's, see shared_record.h. Errors: the
-//   results below, with a log line each.
+//   blanks in them do not count.
+//   Ownership  the shared record's, see shared_record.h.
+//   Errors     the results below, with a log line each.
 #ifndef TAMU_FORMATS_VCALENDAR_READER_H_
 #define TAMU_FORMATS_VCALENDAR_READER_H_
 

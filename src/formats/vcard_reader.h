@@ -1,7 +1,7 @@
 // formats/vcard_reader.h - reads vCard 2.1 files into contact records.
 //   Values are kept raw, with their parameters; names are case-sensitive.
-//   Ownership  the shared record's, see shared_record.h. Errors: the results below, with a log line
-//   each.
+//   Ownership  the shared record's, see shared_record.h.
+//   Errors     the results below, with a log line each.
 #ifndef TAMU_FORMATS_VCARD_READER_H_
 #define TAMU_FORMATS_VCARD_READER_H_
 

@@ -1,7 +1,7 @@
 // formats/vmessage_headers.h - the lines of a vMessage 1.1 and of the mail in it, for its readers.
 //   One table serves the message and its mail: what a line is, and how much of its value is kept
-//   where. Names are whole and case-sensitive. Units      bytes; kept lengths exclude the
-//   terminator.
+//   where. Names are whole and case-sensitive.
+//   Units      bytes; kept lengths exclude the terminator.
 #ifndef TAMU_FORMATS_VMESSAGE_HEADERS_H_
 #define TAMU_FORMATS_VMESSAGE_HEADERS_H_
 

@@ -1,8 +1,8 @@
 // formats/vmessage_reader.h - reads vMessage 1.1 files into message records.
 //   Header texts are kept as they stand, cut to their fields; the mail's content is
 //   vmessage_content.h's. The cards in a message are read for their syntax and dropped.
-//   Ownership  the shared record's, see shared_record.h. Errors: the results below, with a log line
-//   where one is named.
+//   Ownership  the shared record's, see shared_record.h.
+//   Errors     the results below, with a log line where one is named.
 #ifndef TAMU_FORMATS_VMESSAGE_READER_H_
 #define TAMU_FORMATS_VMESSAGE_READER_H_
 

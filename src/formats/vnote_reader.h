@@ -1,7 +1,8 @@
 // formats/vnote_reader.h - reads vNote 1.1 files into note records.
 //   Values are kept raw, with their parameters and all their components; names are case-sensitive,
-//   blanks in them do not count. Ownership  the shared record's, see shared_record.h. Errors: the
-//   results below, with a log line each.
+//   blanks in them do not count.
+//   Ownership  the shared record's, see shared_record.h.
+//   Errors     the results below, with a log line each.
 #ifndef TAMU_FORMATS_VNOTE_READER_H_
 #define TAMU_FORMATS_VNOTE_READER_H_
 

@@ -1,5 +1,6 @@
 // pimstore/session.h - the session with the device's stores, and the operations on single objects.
-//   Ownership  records are borrowed for the call. Errors: results as below.
+//   Ownership  records are borrowed for the call.
+//   Errors     results as below.
 #ifndef TAMU_PIMSTORE_SESSION_H_
 #define TAMU_PIMSTORE_SESSION_H_
 

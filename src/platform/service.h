@@ -3,8 +3,8 @@
 //   Every function that the library asks of its platform is a `Service` object under the platform's
 //   own name: it is called like the function, forwards to the system's implementation, and counts
 //   its calls. A test swaps the function with `Override`, or lets the n-th call fail with
-//   `FailNth`; services.h lists them all by name. Threads    none: tests arm and disarm services
-//   between calls.
+//   `FailNth`; services.h lists them all by name.
+//   Threads    none: tests arm and disarm services between calls.
 #ifndef TAMU_PLATFORM_SERVICE_H_
 #define TAMU_PLATFORM_SERVICE_H_
 
@@ -75,6 +75,27 @@ class Service<Result(Arguments...)> final : public ServiceBase {
   Function system_;
   Function current_;
   Result failure_;
+};
+
+// A function without a result: a call that is made to fail does nothing.
+template <typename... Arguments>
+class Service<void(Arguments...)> final : public ServiceBase {
+ public:
+  using Function = void (*)(Arguments...);
+
+  constexpr Service(const char* name, Function implementation) noexcept
+      : ServiceBase(name), system_(implementation), current_(implementation) {}
+
+  void operator()(Arguments... arguments) {
+    if (!CountAndFail()) current_(arguments...);
+  }
+
+  void Override(Function function) noexcept { current_ = function ? function : system_; }
+  [[nodiscard]] Function system_function() const noexcept { return system_; }
+
+ private:
+  Function system_;
+  Function current_;
 };
 
 // Replaces one service while it lives.

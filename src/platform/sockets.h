@@ -3,6 +3,7 @@
 #ifndef TAMU_PLATFORM_SOCKETS_H_
 #define TAMU_PLATFORM_SOCKETS_H_
 
+#include <bit>
 #include <cstdint>
 
 #include "platform/service.h"
@@ -38,18 +39,12 @@ extern Service<std::int32_t(SocketHandle socket)> closesocket;
 // A 32-bit number from network byte order (most significant byte first) to the machine's, and the
 // other way; the same for 16 bits. (The system's own names are macros on some systems.)
 [[nodiscard]] constexpr std::uint32_t NetworkToHost32(std::uint32_t value) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-  return __builtin_bswap32(value);
-#else
-  return value;
-#endif
+  if constexpr (std::endian::native == std::endian::big) return value;
+  return value >> 24 | (value >> 8 & 0xFF00U) | (value << 8 & 0xFF0000U) | value << 24;
 }
 [[nodiscard]] constexpr std::uint16_t HostToNetwork16(std::uint16_t value) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-  return __builtin_bswap16(value);
-#else
-  return value;
-#endif
+  if constexpr (std::endian::native == std::endian::big) return value;
+  return static_cast<std::uint16_t>(value >> 8 | value << 8);
 }
 
 }  // namespace tamu::platform

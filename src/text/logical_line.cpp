@@ -1,191 +1,193 @@
 #include "text/logical_line.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 
 #include "core/log.h"
+#include "text/string_tools.h"
 
 namespace tamu {
 namespace {
 
-// How far a logical line can reach: the first pass, which only looks for line feeds.
+bool IsBlank(char character) noexcept { return character == ' ' || character == '\t'; }
+
+// "=" takes the character after it along, so in a row of them only every other one can break the
+// line.
+bool EndsInOpenEqualsSign(std::string_view content) noexcept {
+  std::size_t row = 0;
+  while (row < content.size() && content[content.size() - 1 - row] == '=') ++row;
+  return row % 2 != 0;
+}
+
+// One physical line of a logical one, as positions in the window.
+struct PhysicalLine {
+  std::size_t content_end = 0;  // where its line end stands, or the end of the file
+  std::size_t next = 0;         // behind its line end
+  bool ended = false;           // by a line end
+};
+
+// The line end at or behind `begin`: LF, or CR with the character after it, whatever that is. False
+// when the text ends before both are there; it is the file's end when `all` is set.
+bool FindLineEnd(std::string_view text, std::size_t begin, std::size_t scanned, bool all,
+                 PhysicalLine* line) noexcept {
+  line->content_end = STR_FindEither(text, scanned < begin ? begin : scanned, '\n', '\r');
+  line->ended = line->content_end < text.size();
+  if (!line->ended) {
+    line->next = text.size();
+    return all;
+  }
+  line->next = line->content_end + (text[line->content_end] == '\r' ? 2 : 1);
+  if (line->next <= text.size()) return true;
+  line->next = text.size();
+  return all;
+}
+
+// Where a logical line lies in the window, and what becomes of it.
 struct Extent {
-  // Bytes up to and with the line feed that ends it, or all to the end of the file.
-  std::size_t content = 0;
-  // Bytes looked at, one more at the end of the file: what is allocated.
-  std::size_t measured = 0;
-  std::size_t first_line_feed = std::string_view::npos;
-  bool reaches_end = false;
+  std::size_t first_content_end = 0;  // of its first physical line
+  std::size_t consumed = 0;           // bytes up to the next logical line
+  std::size_t length = 0;             // of its text
+  std::uint32_t lines = 0;            // line ends
+  bool joined = false;                // of more than one physical line
+  bool met_end = false;
   bool out_of_memory = false;
 };
 
-bool IsBlank(char character) noexcept { return character == ' ' || character == '\t'; }
-
-// True when the line feed at `position` belongs to a soft line break.
-bool IsSoftLineFeed(std::string_view text, std::size_t position) noexcept {
-  if (position >= 1 && text[position - 1] == '=') return true;
-  return position >= 2 && text[position - 1] == '\r' && text[position - 2] == '=';
-}
-
-// Makes sure that the character at `position` is in the window. Returns false at the end of the
-// file or of memory.
-bool WindowReaches(File* file, std::size_t position, Extent* extent) noexcept {
-  while (position >= file->Window().size()) {
-    switch (file->ExtendWindow()) {
-      case File::Extension::kMore:
-        break;
-      case File::Extension::kOutOfMemory:
-        extent->out_of_memory = true;
-        extent->measured = file->Window().size();
-        return false;
-      case File::Extension::kEnd:
-        extent->reaches_end = true;
-        extent->content = file->Window().size();
-        extent->measured = extent->content + 1;
-        return false;
-    }
-  }
-  return true;
-}
-
-Extent Measure(File* file) noexcept {
-  Extent extent;
-  for (std::size_t scanned = 0;;) {
-    if (!WindowReaches(file, scanned, &extent)) return extent;
-    const std::string_view window = file->Window();
-    const std::size_t line_feed = window.find('\n', scanned);
-    if (line_feed == std::string_view::npos) {
-      scanned = window.size();
-      continue;
-    }
-    if (line_feed < extent.first_line_feed) extent.first_line_feed = line_feed;
-    scanned = line_feed + 1;
-    if (IsSoftLineFeed(window, line_feed)) continue;
-    if (!WindowReaches(file, scanned, &extent)) return extent;
-    if (IsBlank(file->Window()[scanned])) continue;
-    extent.content = line_feed + 1;
-    extent.measured = line_feed + 2;
-    return extent;
-  }
-}
-
-// The second pass: copies one physical line after the other.
-class Unfolder {
+// Finds a logical line's extent in one pass, extending the window as far as the line reaches.
+class Measurer {
  public:
-  Unfolder(std::string_view text, std::size_t first_line_feed, char* out) noexcept
-      : text_(text), first_line_feed_(first_line_feed), begin_(out), out_(out) {}
+  explicit Measurer(File* file) noexcept : file_(file) {}
 
-  void Run() noexcept {
-    while (CopyPhysicalLine()) {
+  Extent Run() noexcept {
+    while (TakePhysicalLine()) {
     }
-    out_[0] = out_[1] = '\0';
-    CutAtNul();
+    return extent_;
   }
-
-  [[nodiscard]] std::size_t consumed() const noexcept { return position_; }
-  [[nodiscard]] std::uint32_t lines() const noexcept { return lines_; }
-  // True when the text was used up while more was looked for.
-  [[nodiscard]] bool met_end() const noexcept { return met_end_; }
 
  private:
-  // A NUL that the line holds ends its text, so the second terminator belongs behind it.
-  void CutAtNul() noexcept {
-    void* const nul = std::memchr(begin_, '\0', static_cast<std::size_t>(out_ - begin_));
-    if (nul != nullptr) static_cast<char*>(nul)[1] = '\0';
+  // False when there is nothing behind `position`, or no memory to look.
+  bool HasCharacter(std::size_t position) noexcept {
+    while (position >= file_->Window().size()) {
+      if (!Extend()) return false;
+    }
+    return true;
+  }
+  bool Extend() noexcept {
+    const File::Extension extension = file_->ExtendWindow();
+    extent_.out_of_memory = extension == File::Extension::kOutOfMemory;
+    at_end_ = extension == File::Extension::kEnd;
+    return extension == File::Extension::kMore;
   }
 
-  // Copies up to the next line end. Returns true when the logical line goes on behind it.
-  bool CopyPhysicalLine() noexcept {
-    const std::size_t line_end = FindLineEnd();
-    std::string_view content = text_.substr(position_, line_end - position_);
+  // Returns true when the logical line goes on.
+  bool TakePhysicalLine() noexcept {
+    PhysicalLine line;
+    for (std::size_t scanned = begin_;
+         !FindLineEnd(file_->Window(), begin_, scanned, at_end_, &line);
+         scanned = line.content_end) {
+      if (!Extend() && !at_end_) return false;
+    }
+    if (!extent_.joined) extent_.first_content_end = line.content_end;
+    const bool soft = TakeContent(line);
+    extent_.consumed = line.next;
+    if (line.ended) ++extent_.lines;
+    const bool more = line.ended && HasCharacter(line.next);
+    if (extent_.out_of_memory) return false;
+    extent_.met_end = !more;
+    const bool folded = more && !soft && IsBlank(file_->Window()[line.next]);
+    if (!more || (!soft && !folded)) return false;
+    if (folded) {
+      ++extent_.length;
+      ++extent_.consumed;
+    }
+    extent_.joined = true;
+    begin_ = extent_.consumed;
+    return true;
+  }
+
+  // Counts the text of a physical line; true when it ends in a soft line break.
+  bool TakeContent(const PhysicalLine& line) noexcept {
+    const std::string_view content = file_->Window().substr(begin_, line.content_end - begin_);
     const bool soft = EndsInOpenEqualsSign(content);
-    if (soft) content.remove_suffix(1);
-    std::memcpy(out_, content.data(), content.size());
-    out_ += content.size();
-    position_ = line_end;
-    const bool ended = PassLineEnd();
-    if (position_ == text_.size()) met_end_ = true;
-    if (!ended || met_end_) return false;
-    if (soft) return true;
-    if (!IsBlank(text_[position_])) return false;
-    *out_++ = ' ';
-    ++position_;
-    return true;
+    extent_.length += content.size() - (soft ? 1 : 0);
+    if (soft && !extent_.joined) extent_.first_content_end -= 1;
+    return soft;
   }
 
-  std::size_t FindLineEnd() const noexcept {
-    const std::size_t line_feed =
-        position_ <= first_line_feed_ ? first_line_feed_ : text_.find('\n', position_);
-    const std::string_view line = text_.substr(position_, line_feed - position_);
-    const std::size_t carriage_return = line.find('\r');
-    if (carriage_return != std::string_view::npos) return position_ + carriage_return;
-    return line_feed != std::string_view::npos ? line_feed : text_.size();
-  }
-
-  // "=" takes the character after it along, so in a row of them only every other one can break the
-  // line.
-  static bool EndsInOpenEqualsSign(std::string_view content) noexcept {
-    std::size_t row = 0;
-    while (row < content.size() && content[content.size() - 1 - row] == '=') ++row;
-    return row % 2 != 0;
-  }
-
-  // Moves past CR and the character after it, or past LF. Returns false when there is no line end.
-  bool PassLineEnd() noexcept {
-    if (position_ == text_.size()) return false;
-    const std::size_t length = text_[position_] == '\r' ? 2 : 1;
-    position_ += length < text_.size() - position_ ? length : text_.size() - position_;
-    ++lines_;
-    return true;
-  }
-
-  std::string_view text_;
-  std::size_t first_line_feed_;
-  char* begin_;
-  char* out_;
-  std::size_t position_ = 0;
-  std::uint32_t lines_ = 0;
-  bool met_end_ = false;
+  File* file_;
+  Extent extent_;
+  std::size_t begin_ = 0;
+  bool at_end_ = false;
 };
 
-// Passes over a line that there is no memory for, so that reading goes on behind it.
-void SkipLine(File* file, const Extent& extent) noexcept {
-  const auto pass = [file](std::string_view text, bool met_end) {
-    const auto lines = std::count(text.begin(), text.end(), '\n');
-    file->Advance(text.size(), static_cast<std::uint32_t>(lines), met_end);
-  };
-  if (!extent.out_of_memory) {
-    return pass(file->Window().substr(0, extent.content), extent.reaches_end);
+// Copies what was measured, one physical line after the other.
+void CopyJoined(std::string_view text, char* out) noexcept {
+  for (std::size_t begin = 0; begin < text.size();) {
+    PhysicalLine line;
+    FindLineEnd(text, begin, begin, true, &line);
+    std::string_view content = text.substr(begin, line.content_end - begin);
+    const bool soft = EndsInOpenEqualsSign(content);
+    if (soft) content.remove_suffix(1);
+    std::memcpy(out, content.data(), content.size());
+    out += content.size();
+    begin = line.next;
+    if (!soft && begin < text.size()) {
+      *out++ = ' ';
+      ++begin;
+    }
   }
-  // No window holds the line: drop what is there until a line feed comes.
+}
+
+// Passes over a line that there is no memory for, character by character, so that reading goes on
+// with the next one.
+void SkipLine(File* file) noexcept {
   for (;;) {
-    const std::string_view window = file->Window();
-    const std::size_t line_feed = window.find('\n');
-    if (line_feed != std::string_view::npos) return pass(window.substr(0, line_feed + 1), false);
-    pass(window, false);
-    if (file->ExtendWindow() != File::Extension::kMore) return pass({}, true);
+    int character = file->GetChar();
+    bool soft = false;
+    if (character == '=') {
+      character = file->GetChar();
+      soft = true;
+    }
+    if (character == '\r') character = file->GetChar() < 0 ? -1 : '\n';
+    if (character < 0) return;
+    if (character != '\n' || soft) continue;
+    const int next = file->PeekChar();
+    if (next < 0) file->GetChar();  // meets the end
+    if (next != ' ' && next != '\t') return;
   }
+}
+
+// A NUL that the line holds ends its text, so the second terminator belongs behind it.
+void Terminate(char* text, std::size_t length) noexcept {
+  text[length] = text[length + 1] = '\0';
+  void* const nul = std::memchr(text, '\0', length);
+  if (nul != nullptr) static_cast<char*>(nul)[1] = '\0';
 }
 
 }  // namespace
 
 MemPtr<char> FileLine(File* file) noexcept {
   LOG_SetSourceLine(file->Tell().line);
-  const Extent extent = Measure(file);
+  const Extent extent = Measurer(file).Run();
   MemPtr<char> line;
-  // One byte more than is measured, for the second terminator of a line that ends the file.
-  if (!extent.out_of_memory) line.reset(static_cast<char*>(MEM_Alloc(extent.measured + 1)));
+  if (!extent.out_of_memory) line.reset(static_cast<char*>(MEM_Alloc(extent.length + 2)));
   if (!line) {
+    // The size is that of the line as it stands, and the character behind it.
+    const std::size_t size = (extent.out_of_memory ? file->Window().size() : extent.consumed) + 1;
     LOG_Error("TAMU:  Memory allocation of %d bytes failed in 'FileLine'",
-              static_cast<std::uint32_t>(extent.measured));
-    SkipLine(file, extent);
+              static_cast<std::uint32_t>(size));
+    SkipLine(file);
     return line;
   }
-  Unfolder unfolder(file->Window().substr(0, extent.content), extent.first_line_feed, line.get());
-  unfolder.Run();
-  file->Advance(unfolder.consumed(), unfolder.lines(), extent.reaches_end && unfolder.met_end());
+  const std::string_view text = file->Window().substr(0, extent.consumed);
+  if (extent.joined) {
+    CopyJoined(text, line.get());
+  } else {
+    std::memcpy(line.get(), text.data(), extent.first_content_end);
+  }
+  Terminate(line.get(), extent.length);
+  file->Advance(extent.consumed, extent.lines, extent.met_end);
   return line;
 }
 

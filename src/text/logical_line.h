@@ -1,7 +1,8 @@
 // text/logical_line.h - physical lines of an object file joined into logical lines.
 //   vCard 2.1 and vCalendar 1.0 fold a long line by a line end followed by a blank;
-//   quoted-printable breaks one by a trailing "=". Both are undone here, for every line. Ownership
-//   the caller's, see FileLine. Units: bytes.
+//   quoted-printable breaks one by a trailing "=". Both are undone here, for every line.
+//   Units      bytes.
+//   Ownership  the caller's, see FileLine.
 #ifndef TAMU_TEXT_LOGICAL_LINE_H_
 #define TAMU_TEXT_LOGICAL_LINE_H_
 

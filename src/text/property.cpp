@@ -69,33 +69,13 @@ class ListBuilder {
   std::uint32_t count_ = 0;
 };
 
-// A word with `byte` in each of its bytes.
-constexpr std::uint64_t Repeated(unsigned char byte) noexcept { return byte * 0x0101010101010101U; }
-
-// Not 0 when one of the word's bytes is 0 (the classic bit trick).
-constexpr std::uint64_t HasZeroByte(std::uint64_t word) noexcept {
-  return (word - Repeated(0x01)) & ~word & Repeated(0x80);
-}
-
-// The position of the first ";" or backslash from `from` on, or the text's size: eight bytes at a
-// time, as nearly every byte of a file passes here.
-std::size_t FindSeparator(std::string_view text, std::size_t from) noexcept {
-  for (; from + sizeof(std::uint64_t) <= text.size(); from += sizeof(std::uint64_t)) {
-    std::uint64_t word;
-    std::memcpy(&word, text.data() + from, sizeof word);
-    if ((HasZeroByte(word ^ Repeated(';')) | HasZeroByte(word ^ Repeated('\\'))) != 0) break;
-  }
-  while (from < text.size() && text[from] != ';' && text[from] != '\\') ++from;
-  return from;
-}
-
 // Takes the text up to the next unescaped ";" from `*rest`, which becomes none behind the last
 // piece.
 std::string_view TakePiece(std::optional<std::string_view>* rest) noexcept {
   const std::string_view text = **rest;
-  std::size_t end = FindSeparator(text, 0);
+  std::size_t end = STR_FindEither(text, 0, ';', '\\');
   while (end < text.size() && text[end] == '\\') {
-    end = end + 2 < text.size() ? FindSeparator(text, end + 2) : text.size();
+    end = end + 2 < text.size() ? STR_FindEither(text, end + 2, ';', '\\') : text.size();
   }
   if (end == text.size()) {
     rest->reset();

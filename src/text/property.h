@@ -1,8 +1,9 @@
 // text/property.h - the parameters and value components of one property.
 //   Values stay raw here: as they stand in the file, with quoted-printable and backslashes;
-//   property_text.h turns them into wide text. Ownership  a property owns its parameters and
-//   components; texts handed over as MemPtr become its own. Errors     a list that memory runs out
-//   for keeps what it has; the piece in question is missing.
+//   property_text.h turns them into wide text.
+//   Ownership  a property owns its parameters and components; texts handed over as MemPtr become
+//              its own.
+//   Errors     a list that memory runs out for keeps what it has; the piece in question is missing.
 #ifndef TAMU_TEXT_PROPERTY_H_
 #define TAMU_TEXT_PROPERTY_H_
 

@@ -1,8 +1,9 @@
 // text/quoted_printable.h - quoted-printable text of property values (vCard 2.1, after RFC 1521).
 //   Soft line breaks are not made here and have been removed before decoding (logical_line.h,
-//   property_emitter.h). Units      all sizes are bytes; lengths exclude the terminator, buffer
-//   sizes include it. Ownership  inputs are borrowed for the call; outputs are the caller's
-//   buffers. Errors     none: malformed input decodes by rule, see QP_Decode.
+//   property_emitter.h).
+//   Units      all sizes are bytes; lengths exclude the terminator, buffer sizes include it.
+//   Ownership  inputs are borrowed for the call; outputs are the caller's buffers.
+//   Errors     none: malformed input decodes by rule, see QP_Decode.
 #ifndef TAMU_TEXT_QUOTED_PRINTABLE_H_
 #define TAMU_TEXT_QUOTED_PRINTABLE_H_
 

@@ -1,5 +1,6 @@
 #include "text/tokens.h"
 
+#include <cassert>
 #include <cstring>
 
 namespace tamu {
@@ -11,12 +12,14 @@ bool IsEscapePair(const char* text) noexcept {
   return text[0] == '\\' && (text[1] == ';' || text[1] == '\\');
 }
 
-// A set of one or two delimiters, as they are used here; none is the terminator, where every scan
-// ends.
+// A set of one or two delimiters, as all of these texts have them; none is the terminator, where
+// every scan ends.
 class Delimiters {
  public:
   explicit Delimiters(const char* set) noexcept
-      : first_(set[0]), second_(set[0] != '\0' && set[1] != '\0' ? set[1] : set[0]) {}
+      : first_(set[0]), second_(set[0] != '\0' && set[1] != '\0' ? set[1] : set[0]) {
+    assert(std::strlen(set) <= 2 && "only two delimiters are looked for");
+  }
   [[nodiscard]] bool Contain(char character) const noexcept {
     return character == first_ || character == second_;
   }

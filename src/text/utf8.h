@@ -1,9 +1,10 @@
 // text/utf8.h - the library's own UTF-8, used only where the platform cannot convert code page
 // 65001.
 //   Both directions have limits of their own (no surrogates, no checks) that devices have come to
-//   rely on; a platform with 65001 never gets here. Units      sizes are bytes for 8-bit and UTF-16
-//   units for wide buffers; a length of -1 means up to the terminator. Ownership  inputs are
-//   borrowed, outputs are the caller's buffers.
+//   rely on; a platform with 65001 never gets here.
+//   Units      sizes are bytes for 8-bit and UTF-16 units for wide buffers; a length of -1 means up
+//              to the terminator.
+//   Ownership  inputs are borrowed, outputs are the caller's buffers.
 #ifndef TAMU_TEXT_UTF8_H_
 #define TAMU_TEXT_UTF8_H_
 

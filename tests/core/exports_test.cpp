@@ -74,8 +74,8 @@ TEST(ReadObjects, AFileThatDoesNotOpenGives7) {
 TEST(ReadObjects, TheFirstLineHasToBeginAKnownObjectInThisSpelling) {
   EXPECT_EQ(ReadContent(GoodCard()).result, TAMU_OK);
   for (const char* first_line :
-       {"begin:vcard", "BEGIN:vCard", "BEGIN:VEVENT", "BEGIN VCARD", "VERSION:2.1", "", "\n",
-        "BEGIN", "BEGIN: VCARD", "BEGIN:VCARD ", "VCARD:BEGIN"}) {
+       {"begin:VCARD", "begin:vcard", "BEGIN:vCard", "BEGIN:VEVENT", "BEGIN VCARD", "VERSION:2.1",
+        "", "\n", "BEGIN", "BEGIN: VCARD", "BEGIN:VCARD ", "VCARD:BEGIN"}) {
     EXPECT_EQ(ReadContent(std::string(first_line) + "\r\nVERSION:2.1\r\n").result,
               TAMU_NO_VALID_OBJECT)
         << first_line;
@@ -167,6 +167,14 @@ TEST(WriteObject, AnUnknownKindGives16WritesNothingAndClearsTheRecord) {
   EXPECT_TRUE(IsZero(record));
   EXPECT_EQ(folder.FileCount(), 1U);
   EXPECT_EQ(folder.Get("a"), "");
+}
+
+TEST(WriteObject, AnUnknownKindAppendsNothing) {
+  const ScratchFolder folder;
+  ObjectRecord record{};
+  EXPECT_EQ(TAMU_WriteObject(7, &record, PathPointer(folder.Put("a", "before")), 0),
+            TAMU_UNSUPPORTED_TYPE);
+  EXPECT_EQ(folder.Get("a"), "before");
 }
 
 TEST(WriteObject, AFileThatDoesNotOpenLeavesTheRecordAsItWas) {

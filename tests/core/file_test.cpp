@@ -174,6 +174,75 @@ TEST(FileRead, ReadingFitsTheSystemsCallsToTheWindow) {
   EXPECT_LE(platform::ReadFile.calls(), 20U);
 }
 
+// Files that are read and written: each direction sees what the other did.
+
+TEST(FileBoth, ReadingBehindAnAppendedTextLosesNeither) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Put("a", "OLDCONTENT\n").c_str(), u"a+b"));
+  EXPECT_TRUE(file.Write("abc"));
+  EXPECT_EQ(file.GetChar(), -1);
+  EXPECT_TRUE(file.Rewind());
+  EXPECT_EQ(file.GetChar(), 'O');
+  EXPECT_TRUE(file.Write("def"));
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(folder.Get("a"), "OLDCONTENT\nabcdef");
+}
+
+TEST(FileBoth, SeekingMovesWhatIsWrittenNext) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Wide("a").c_str(), u"wb"));
+  EXPECT_TRUE(file.Write("hello"));
+  EXPECT_EQ(file.Tell().offset, 5U);
+  EXPECT_TRUE(file.Rewind());
+  EXPECT_TRUE(file.Write("J"));
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(folder.Get("a"), "Jello");
+}
+
+TEST(FileBoth, WritingGoesOnWhereReadingHasGotTo) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Put("a", "abcdef").c_str(), u"r+b"));
+  EXPECT_EQ(file.GetChar(), 'a');
+  EXPECT_TRUE(file.Write("XY"));
+  EXPECT_EQ(file.GetChar(), 'd');
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(folder.Get("a"), "aXYdef");
+}
+
+TEST(FileClosed, ReadingAndWritingFail) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Wide("a").c_str(), u"w+"));
+  EXPECT_TRUE(file.Close());
+  EXPECT_FALSE(file.Write("x"));
+  EXPECT_EQ(file.GetChar(), -1);
+}
+
+TEST(FileRead, ASeekThatFailsChangesNothing) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Put("a", std::string(200000, 'x')).c_str(), u"rb"));
+  while (file.GetChar() >= 0) {
+  }
+  const platform::ScopedFailure failure(platform::SetFilePointerEx);
+  EXPECT_FALSE(file.Rewind());
+  EXPECT_TRUE(file.AtEnd());
+  EXPECT_EQ(file.Tell().offset, 200000U);
+}
+
+TEST(FileRead, PeekingNeitherMovesNorMeetsTheEnd) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_TRUE(file.Open(folder.Put("a", "x").c_str(), u"rb"));
+  EXPECT_EQ(file.PeekChar(), 'x');
+  EXPECT_EQ(file.GetChar(), 'x');
+  EXPECT_EQ(file.PeekChar(), -1);
+  EXPECT_FALSE(file.AtEnd());
+}
+
 TEST(FileRemove, FailureIsLoggedWithPathAndError) {
   const ScratchFolder folder;
   const LogCapture log;

@@ -16,6 +16,15 @@ TEST(LowHeapDeathTest, WritingPastABlockIsReported) {
       "AddressSanitizer");
 }
 
+TEST(LowHeapDeathTest, WritingPastALargeBlockIsReported) {
+  EXPECT_DEATH(
+      {
+        auto* const block = static_cast<volatile char*>(MEM_Alloc(5000000));
+        block[5000000] = 1;
+      },
+      "AddressSanitizer");
+}
+
 TEST(LowHeapDeathTest, UsingAFreedBlockIsReported) {
   EXPECT_DEATH(
       {

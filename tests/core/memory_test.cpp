@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "core/low_heap.h"
+#include "core/sanitizer.h"
+#include "platform/virtual_memory.h"
 
 namespace tamu {
 namespace {
@@ -108,6 +110,49 @@ TEST(LowHeap, LargeBlocksGoBackToTheSystem) {
   EXPECT_GE(LOWHEAP_MappedBytes(), before + std::size_t{64} * 1024 * 1024);
   MEM_Free(block);
   EXPECT_EQ(LOWHEAP_MappedBytes(), before);
+}
+
+// What one size of block has used can serve every other.
+TEST(LowHeap, PagesOfFreedBlocksServeOtherSizes) {
+  constexpr std::size_t kBytes = std::size_t{48} * 1024 * 1024;
+  const auto fill_and_free = [](std::size_t size) {
+    std::vector<MemPtr<void>> blocks;
+    for (std::size_t bytes = 0; bytes < kBytes; bytes += size) blocks.emplace_back(MEM_Alloc(size));
+    EXPECT_TRUE(blocks.back());
+  };
+  const std::size_t before = LOWHEAP_MappedBytes();
+  for (const std::size_t size : {16000U, 4000U, 700U, 60000U, 5000000U}) {
+    fill_and_free(size);
+    // The rest is what a sanitizer keeps back, and a page of each size.
+    EXPECT_LT(LOWHEAP_MappedBytes(), before + kBytes * 3) << size;
+  }
+  if (!kAddressSanitizer) {
+    EXPECT_LE(LOWHEAP_MappedBytes(), before + std::size_t{8} * 1024 * 1024);
+  }
+}
+
+void* RefuseToMap(void*, std::size_t, std::uint32_t, std::uint32_t) { return nullptr; }
+
+TEST(LowHeap, WithoutAddressesLeftAllocationFailsAndRecovers) {
+  std::vector<MemPtr<void>> blocks;
+  {
+    const platform::ScopedOverride<void*(void*, std::size_t, std::uint32_t, std::uint32_t)> refuse(
+        platform::VirtualAlloc, &RefuseToMap);
+    for (int i = 0; i < 100000; ++i) {
+      blocks.emplace_back(MEM_Alloc(16000));
+      if (!blocks.back()) break;
+    }
+    EXPECT_FALSE(blocks.back());
+    EXPECT_FALSE(MemPtr<void>(MEM_Alloc(std::size_t{8} * 1024 * 1024)));
+  }
+  EXPECT_TRUE(MemPtr<void>(MEM_Alloc(16000)));
+  EXPECT_TRUE(MemPtr<void>(MEM_Alloc(std::size_t{8} * 1024 * 1024)));
+}
+
+TEST(LowHeap, ARunCanFillAWholeChunk) {
+  const MemPtr<void> block(MEM_Alloc(std::size_t{4} * 1024 * 1024 - 8));
+  ASSERT_TRUE(block);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % (4 * 1024 * 1024), 0U);
 }
 
 TEST(LowHeap, AReasonableDemandIsMetAndAnUnreasonableOneFails) {

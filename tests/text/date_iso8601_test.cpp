@@ -99,8 +99,9 @@ TEST_F(DateFromIso8601, WhatDoesNotReadEndsTheTextAndCountsAsZero) {
 }
 
 TEST_F(DateFromIso8601, OnlyTenCharactersAndADashAtTheFifthMakeTheExtendedForm) {
-  // Too short for it: the month is read as -1.
-  ExpectRead("2003-1-31", kDateInvalid);
+  // Too short for it: the month is read as -1, the day as -3.
+  ExpectRead("2003-1-3", kDateInvalid);
+  ExpectRefused("2003-1-31");
   // Long enough, but the second dash is missing where the pattern has it.
   ExpectRefused("2003-1231T120000");
   ExpectRead("2003-1-31T", Date(2003, 1, 31));

@@ -184,6 +184,31 @@ TEST_F(LogicalLines, ALineThatNoWindowHoldsIsPassedOver) {
   EXPECT_STREQ(FileLine(&file_).get(), "second");
 }
 
+TEST_F(LogicalLines, WhatIsPassedOverIsTheWholeLogicalLine) {
+  const std::string folded =
+      "N:" + std::string(70000, 'x') + "=\r\nTEL:1\r\n TEL:2=\nTEL:3\rxlast\r\n";
+  Open(folded);
+  MEM_FailNth(1);
+  EXPECT_EQ(FileLine(&file_), nullptr);
+  MEM_FailNth(0);
+  EXPECT_STREQ(FileLine(&file_).get(), "last");
+}
+
+// Bytes that reading looks at, as calls of the system cannot show it: none is looked at more than a
+// few times, whatever ends the lines. Measured by what it would cost otherwise: each of these took
+// minutes.
+TEST_F(LogicalLines, LongFilesOfOddLineEndsAreReadInOnePass) {
+  const auto repeated = [](const std::string& piece, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) text += piece;
+    return text;
+  };
+  EXPECT_EQ(All(repeated("TEL:1\rx", 600000)).size(), 600000U);
+  EXPECT_EQ(All(repeated("A==\n", 600000)).size(), 600000U);
+  EXPECT_EQ(All("A:\n " + repeated("A\rx ", 600000) + "\n").size(), 1U);
+  EXPECT_EQ(All(repeated("=", 1000000) + "\nx").size(), 2U);
+}
+
 TEST_F(LogicalLines, ReadingEndsAlsoWhenNoMemoryIsLeftForGood) {
   Open("a\r\nb\r\n" + std::string(200000, 'x'));
   MEM_FailNth(1, true);

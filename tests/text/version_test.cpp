@@ -19,8 +19,8 @@ TEST(VersionIsSupported, UpToTheHighestAndNotZero) {
 }
 
 TEST(VersionIsSupported, ATextThatIsNoNumberIsNot) {
-  for (const char* text : {"", "abc", "v2.1", ".", "-", "+", "--1", "+-1", "0", "0.0", "nan", "0x2",
-                           "0x-1", "-0xinf"}) {
+  for (const char* text : {"", "abc", "v2.1", ".", "-", "+", "--1", "+-1", "0", "0.0", "nan",
+                           "-inf", "-infinity", "0x2", "0x-1", "-0xinf"}) {
     EXPECT_FALSE(VERSION_IsSupported(text, kVcardVersion)) << text;
   }
 }

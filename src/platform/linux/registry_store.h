@@ -2,8 +2,8 @@
 // replaced as a whole.
 //   Reading follows what other programs make of the file. A change is made under a lock on
 //   `registry.lock` beside it, which all processes take, and replaces the file in one piece: either
-//   version is there, whatever happens meanwhile. Errors     the platform's numbers, 0 for success;
-//   std::bad_alloc.
+//   version is there, whatever happens meanwhile.
+//   Errors     the platform's numbers, 0 for success; std::bad_alloc.
 #ifndef TAMU_PLATFORM_LINUX_REGISTRY_STORE_H_
 #define TAMU_PLATFORM_LINUX_REGISTRY_STORE_H_
 

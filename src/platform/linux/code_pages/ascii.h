@@ -1,6 +1,7 @@
 // platform/linux/code_pages/ascii.h - the ASCII stretches of a text, eight characters at a time.
 //   Units      the functions take and return numbers of characters: bytes on one side, UTF-16 units
-//   on the other. Errors     none.
+//              on the other.
+//   Errors     none.
 #ifndef TAMU_PLATFORM_LINUX_CODE_PAGES_ASCII_H_
 #define TAMU_PLATFORM_LINUX_CODE_PAGES_ASCII_H_
 
