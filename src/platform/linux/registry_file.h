@@ -1,8 +1,9 @@
 // platform/linux/registry_file.h - the registry as the text of one export file: parsed, looked up,
 // edited.
 //   Text in, text out; no file is touched here. What cannot be understood is passed over, reported,
-//   and kept as it is by every edit, as are comments, blank lines, encoding and line ends. Units
-//   offsets are UTF-16 units of the text; lines count from 1. Errors     std::bad_alloc only.
+//   and kept as it is by every edit, as are comments, blank lines, encoding and line ends.
+//   Units      offsets are UTF-16 units of the text; lines count from 1.
+//   Errors     std::bad_alloc only.
 #ifndef TAMU_PLATFORM_LINUX_REGISTRY_FILE_H_
 #define TAMU_PLATFORM_LINUX_REGISTRY_FILE_H_
 

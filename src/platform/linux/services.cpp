@@ -5,6 +5,7 @@
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
+#include "platform/time.h"
 #include "platform/virtual_memory.h"
 
 namespace tamu::platform {
@@ -36,6 +37,13 @@ constexpr ServiceBase* kServices[] = {
     &closesocket,  // datagrams
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
+    &GetSystemTime,
+    &SystemTimeToFileTime,
+    &FileTimeToSystemTime,
+    &FileTimeToLocalFileTime,
+    &LocalFileTimeToFileTime,
+    &SystemTimeToVariantTime,
+    &VariantTimeToSystemTime,  // time
 };
 
 }  // namespace
