@@ -1,8 +1,8 @@
 // formats/property_emitter.h - lines of an object file: what every writer puts its properties out
 // with.
 //   Values are written as the record holds them, already encoded. Lines end as the file's mode
-//   says. There is no folding by width: a line is only broken after an encoded line feed. Errors
-//   results as below; a line that memory runs out for is left out.
+//   says. There is no folding by width: a line is only broken after an encoded line feed.
+//   Errors     results as below; a line that memory runs out for is left out.
 #ifndef TAMU_FORMATS_PROPERTY_EMITTER_H_
 #define TAMU_FORMATS_PROPERTY_EMITTER_H_
 
