@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "core/log.h"
-#include "text/string_tools.h"
 
 namespace tamu {
 namespace {
@@ -27,11 +26,26 @@ struct PhysicalLine {
   bool ended = false;           // by a line end
 };
 
+// The position of the first CR or LF from `from` on, or the text's size. Looks for both in one stretch
+// after the other, so that neither is looked for through all of a file that lacks it.
+std::size_t FindCrOrLf(std::string_view text, std::size_t from) noexcept {
+  constexpr std::size_t kStretch = 1024;
+  for (; from < text.size(); from += kStretch) {
+    std::string_view stretch = text.substr(from, kStretch);
+    const std::size_t line_feed = stretch.find('\n');
+    stretch = stretch.substr(0, line_feed);
+    const std::size_t carriage_return = stretch.find('\r');
+    if (carriage_return != std::string_view::npos) return from + carriage_return;
+    if (line_feed != std::string_view::npos) return from + line_feed;
+  }
+  return text.size();
+}
+
 // The line end at or behind `begin`: LF, or CR with the character after it, whatever that is. False
 // when the text ends before both are there; it is the file's end when `all` is set.
 bool FindLineEnd(std::string_view text, std::size_t begin, std::size_t scanned, bool all,
                  PhysicalLine* line) noexcept {
-  line->content_end = STR_FindEither(text, scanned < begin ? begin : scanned, '\n', '\r');
+  line->content_end = FindCrOrLf(text, scanned < begin ? begin : scanned);
   line->ended = line->content_end < text.size();
   if (!line->ended) {
     line->next = text.size();

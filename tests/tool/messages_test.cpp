@@ -38,8 +38,40 @@ TEST(MessageFromLog, TextsThatTheTableLacksAreShownAsTheyAre) {
   EXPECT_EQ(error->kind, MessageKind::kError);
 }
 
+TEST(MessageFromLog, DatesAreShownAsTheyStandAndNotToldTwice) {
+  EXPECT_FALSE(FromText("TAMU:  Error in date 'tomorrow' - cannot convert from 8601"));
+  EXPECT_FALSE(FromText("TAMU:  Error in date 'x' - Invalid Month part 'y' in legacy Date"));
+  EXPECT_FALSE(FromText("TAMU:  Error converting date"));
+}
+
+TEST(MessageFromLog, TemporaryFileThatFailsIsAWarningAboutTheContent) {
+  const auto named = FromText("TAMU: FILE_TempFilename; FILE error (5)");
+  ASSERT_TRUE(named);
+  EXPECT_EQ(named->kind, MessageKind::kWarning);
+  EXPECT_EQ(named->text,
+            "no temporary file could be made (error 5); the attachment's content was left out");
+  const auto opened = FromText("TAMU:  Unable to open file '/tmp/x' for writing");
+  ASSERT_TRUE(opened);
+  EXPECT_EQ(opened->kind, MessageKind::kWarning);
+  EXPECT_TRUE(FromText("TAMU:  Unable to remove file (file=/tmp/x)"));
+  EXPECT_FALSE(FromText("TAMU:  Error: 0x00000005"));
+}
+
+TEST(MessageFromLog, ObjectsWithoutAnEndAreToldOfWhereTheyBegin) {
+  for (const char* const text :
+       {"TAMU:  Error - vCalendar missing END tag", "TAMU:  Error - vMsg missing BODY section",
+        "TAMU:  Error - vBody missing END tag",
+        "TAMU:  Error - reached EOF while parsing CONTENT of vMsg"}) {
+    const auto message = FromText(text);
+    ASSERT_TRUE(message) << text;
+    EXPECT_EQ(message->kind, MessageKind::kUnended) << text;
+  }
+}
+
 TEST(MessageFromLog, InformationForDevelopersIsNotShown) {
   EXPECT_FALSE(FromText("TAMU:  POL_Open()", LogSeverity::kInformation));
+  EXPECT_FALSE(
+      FromText("TAMU:  Parsing Multipart Content (boundary='b')", LogSeverity::kInformation));
   EXPECT_FALSE(FromText("TAMU:  Unable to put string to file"));
 }
 

@@ -89,6 +89,8 @@ void Program::Become(const std::vector<std::string>& arguments) const {
   }
   ::setenv("LANG", "C.UTF-8", 1);
   ::setenv("TERM", "xterm", 1);
+  // A zone with summer time that is spelled out, so that no data base of zones is needed.
+  ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
   ::setenv("TAMU_HOME", home_.c_str(), 1);
   for (const auto& [name, value] : environment_) ::setenv(name.c_str(), value.c_str(), 1);
   if (::chdir(folder_.c_str()) != 0) ::_exit(kFailedToStart);

@@ -17,7 +17,7 @@ struct ProgramResult {
 };
 
 // A folder of the test's own, in which the program runs. Its environment is fixed: a UTF-8 locale,
-// an empty device folder, and what `Set` adds.
+// the time of Central Europe, an empty device folder, and what `Set` adds.
 class Program {
  public:
   Program();

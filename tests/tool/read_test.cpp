@@ -36,7 +36,7 @@ std::string Garbage(std::size_t size) {
 
 TEST(CommandLine, HelpNamesEveryCommandAndGivesExamples) {
   const Program program;
-  for (const char* const command : {"", "read", "rewrite", "code"}) {
+  for (const char* const command : {"", "read", "check", "rewrite", "rrule", "code"}) {
     std::vector<std::string> arguments;
     if (*command != '\0') arguments.emplace_back(command);
     arguments.emplace_back("--help");
@@ -63,6 +63,7 @@ TEST(CommandLine, WrongUseEndsWithTwoAndAHint) {
                                                           {"read"},
                                                           {"read", "--jsn", "a"},
                                                           {"rewrite", "a"},
+                                                          {"rrule"},
                                                           {"code", "x"},
                                                           {"code", "4294967296"},
                                                           {"rewrite", "a", "b", "c"}};
@@ -79,7 +80,9 @@ TEST(CommandLine, WrongUseEndsWithTwoAndAHint) {
 TEST(CommandLine, UnknownCommandIsNamed) {
   const ProgramResult result = Program().Run({"frobnicate"});
   EXPECT_NE(result.err.find("'frobnicate'"), std::string::npos);
-  EXPECT_NE(result.err.find("read, rewrite, code"), std::string::npos);
+  for (const char* const command : {"read", "check", "rewrite", "rrule", "code"}) {
+    EXPECT_NE(result.err.find(command), std::string::npos) << result.err;
+  }
 }
 
 TEST(Read, FullDeviceAsStandardOutputIsAnError) {
@@ -245,20 +248,120 @@ TEST(ReadJson, GarbageAsAFileNeverCrashes) {
   }
 }
 
-TEST(ReadJson, DocumentedExampleIsWhatTheProgramPrints) {
-  Program program;
-  const std::string docs = ReadFileBytes(TAMU_DOCS "/json.md");
-  const auto block = [&](const std::string& language) {
-    const std::size_t begin = docs.find("```" + language + "\n");
-    const std::size_t text = docs.find('\n', begin) + 1;
-    return begin == std::string::npos ? "" : docs.substr(text, docs.find("```", text) - text);
+// A fenced block of the manual.
+struct Block {
+  std::string language;
+  std::string text;
+};
+
+std::vector<Block> BlocksOf(const std::string& manual) {
+  std::vector<Block> blocks;
+  for (std::size_t place = 0; (place = manual.find("```", place)) != std::string::npos;) {
+    const std::size_t text = manual.find('\n', place) + 1;
+    const std::size_t end = manual.find("```", text);
+    blocks.push_back({manual.substr(place + 3, text - place - 4), manual.substr(text, end - text)});
+    place = end + 3;
+  }
+  return blocks;
+}
+
+struct Example {
+  const char* language;
+  std::vector<std::string> arguments;  // the last one is the file, or for "rrule" added
+};
+
+// Every example is a block of input and behind it a block of JSON.
+TEST(ReadJson, DocumentedExamplesAreWhatTheProgramPrints) {
+  const std::vector<Example> examples = {
+      {"vcard", {"read", "--json", "contacts.vcf"}},
+      {"vcalendar", {"read", "--json", "agenda.vcs"}},
+      {"vnote", {"read", "--json", "shopping.vnt"}},
+      {"vmessage", {"read", "--json", "hello.vmg"}},
+      {"rrule", {"rrule", "--json"}},
   };
-  program.Write("contacts.vcf", block("vcard"));
+  const std::vector<Block> blocks = BlocksOf(ReadFileBytes(TAMU_DOCS "/json.md"));
+  for (const Example& example : examples) {
+    std::size_t found = 0;
+    for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
+      if (blocks[i].language != example.language) continue;
+      ++found;
+      const Program program;
+      std::vector<std::string> arguments = example.arguments;
+      if (arguments.size() == 2) {
+        arguments.push_back(blocks[i].text.substr(0, blocks[i].text.find('\n')));
+      } else {
+        program.Write(arguments.back(), blocks[i].text);
+      }
 
-  const ProgramResult result = program.Run({"read", "--json", "contacts.vcf"});
+      const ProgramResult result = program.Run(arguments);
 
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_EQ(Json::parse(result.out), Json::parse(block("json")));
+      ASSERT_EQ(result.exit_code, 0) << result.err;
+      ASSERT_EQ(blocks[i + 1].language, "json") << example.language;
+      EXPECT_EQ(Json::parse(result.out), Json::parse(blocks[i + 1].text)) << result.out;
+    }
+    EXPECT_GE(found, 1U) << "no example for " << example.language;
+  }
+}
+
+std::string MessageWithAttachment() {
+  return "BEGIN:VMSG\r\nVERSION:1.1\r\nBEGIN:VENV\r\nBEGIN:VBODY\r\nSubject:Minutes\r\n"
+         "Content-Type:text/plain; name=minutes.txt\r\n\r\n1234\r\nEND:VBODY\r\nEND:VENV\r\n"
+         "END:VMSG\r\n";
+}
+
+TEST(Read, AttachmentsLeaveNoTemporaryFileBehind) {
+  Program program;
+  ASSERT_EQ(::mkdir(program.Path("tmp").c_str(), 0777), 0);
+  program.Set("TMPDIR", program.Path("tmp"));
+  program.Write("a.vmg", MessageWithAttachment() + MessageWithAttachment());
+
+  const ProgramResult result = program.Run({"read", "a.vmg"});
+
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(result.out.find("minutes.txt, text/plain, 6 bytes"), std::string::npos) << result.out;
+  EXPECT_EQ(::rmdir(program.Path("tmp").c_str()), 0) << "something is left in it";
+}
+
+TEST(Read, AttachmentWithoutRoomForATemporaryFileIsToldAndTheRestRead) {
+  Program program;
+  program.Set("TMPDIR", program.Path("missing"));
+  program.Write("a.vmg", MessageWithAttachment() + MessageWithAttachment());
+
+  const ProgramResult result = program.Run({"read", "a.vmg"});
+
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_NE(result.err.find("a.vmg:8: warning: no temporary file could be made"), std::string::npos)
+      << result.err;
+  EXPECT_NE(result.out.find("minutes.txt, text/plain (its content was not kept)"),
+            std::string::npos)
+      << result.out;
+}
+
+TEST(Read, CalendarsAndMessagesFromAPipeAreRead) {
+  Program program;
+  const std::string event =
+      "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nDESCRIPTION:\r\n"
+      "DTSTART:20040105\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+  for (const std::string& objects : {event + event, MessageWithAttachment()}) {
+    program.SetInput(objects);
+    const ProgramResult result = program.Run({"read", "-"});
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+  }
+}
+
+TEST(Read, GarbageInEveryFormatNeverCrashes) {
+  Program program;
+  const std::vector<std::string> beginnings = {
+      "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\n", "BEGIN:VNOTE\r\nVERSION:1.1\r\n",
+      "BEGIN:VMSG\r\nVERSION:1.1\r\n",
+      "BEGIN:VMSG\r\nVERSION:1.1\r\nBEGIN:VENV\r\nBEGIN:VBODY\r\n\r\n"};
+  for (const std::string& beginning : beginnings) {
+    program.Write("a", beginning + Garbage(100000));
+    const ProgramResult result = program.Run({"read", "a"});
+    EXPECT_EQ(result.exit_code, 1) << beginning;
+    EXPECT_NE(result.err.find("tamu: a:"), std::string::npos) << result.err;
+  }
 }
 
 TEST(Read, LongLineAndDeepNestingAreRead) {

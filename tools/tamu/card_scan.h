@@ -1,14 +1,11 @@
-// card_scan.h - the lines of a vCard file once more, for what its records do not tell.
+// card_scan.h - the lines of a vCard once more, for what its record does not tell.
 //   Reads as the library's reader does, line by line, and keeps nothing of a card.
 //   Errors     functions throw std::bad_alloc when memory runs out.
 #ifndef TAMU_TOOLS_CARD_SCAN_H_
 #define TAMU_TOOLS_CARD_SCAN_H_
 
-#include <cstdint>
-#include <map>
-#include <string>
-
 #include "core/file.h"
+#include "losses.h"
 
 namespace tamu::tool {
 
@@ -19,32 +16,11 @@ struct CardParts {
   bool end = false;
 };
 
-// Looks the card through whose BEGIN line the file stands at.
-[[nodiscard]] CardParts CARD_FindParts(File* file);
+// Looks the card through at whose BEGIN line the file stands. `losses` may be null.
+CardParts CARD_Scan(File* file, Losses* losses);
 
-// How often something was left out, by the name of the property.
-class NameCounts {
- public:
-  void Add(const std::string& name);
-  [[nodiscard]] bool empty() const noexcept { return counts_.empty(); }
-  // "PHOTO (3), REV", by name.
-  [[nodiscard]] std::string Text() const;
-
- private:
-  std::map<std::string, std::uint64_t> counts_;
-  std::uint64_t others_ = 0;  // of names that came when the map was full
-};
-
-// What reading cards and writing them again leaves out.
-struct CardLosses {
-  NameCounts unknown;        // properties without a place in the record
-  NameCounts components;     // values with more filled components than are kept
-  NameCounts parameters;     // parameter texts that were cut
-  std::uint64_t nested = 0;  // objects inside cards
-};
-
-// Looks through the cards from the file's start to `end_offset`, where a card ends.
-[[nodiscard]] CardLosses CARD_FindLosses(File* file, std::uint64_t end_offset);
+// The same from behind its BEGIN line.
+CardParts CARD_ScanBody(File* file, Losses* losses);
 
 }  // namespace tamu::tool
 

@@ -29,6 +29,20 @@ struct RewriteOptions {
 // Reads all objects of a file and writes them to another.
 [[nodiscard]] int COMMAND_Rewrite(const RewriteOptions& options, Console* console);
 
+struct RuleOptions {
+  std::vector<std::string> rules;
+  bool json = false;
+};
+// Explains recurrence rules.
+[[nodiscard]] int COMMAND_Rule(const RuleOptions& options, Console* console);
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+// Says what is wrong in files, or will be misread.
+[[nodiscard]] int COMMAND_Check(const CheckOptions& options, Console* console);
+
 // Prints the texts of result codes.
 [[nodiscard]] int COMMAND_Code(const std::vector<std::uint32_t>& codes, Console* console);
 

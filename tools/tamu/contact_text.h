@@ -1,4 +1,4 @@
-// contact_text.h - what stands below the heading of a contact.
+// contact_text.h - a contact, heading and all, as lines for people.
 #ifndef TAMU_TOOLS_CONTACT_TEXT_H_
 #define TAMU_TOOLS_CONTACT_TEXT_H_
 
@@ -7,7 +7,7 @@
 
 namespace tamu::tool {
 
-// Adds the contact's values, each kind under its label. Throws std::bad_alloc when memory runs out.
+// Adds the heading and the contact's values, each kind under its label. Throws std::bad_alloc when memory runs out.
 void TEXT_AddContact(const ObjectView& contact, TextLines* lines);
 
 }  // namespace tamu::tool

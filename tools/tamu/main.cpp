@@ -16,18 +16,27 @@ namespace tamu::tool {
 namespace {
 
 constexpr const char* kDescription =
-    "Reads and writes the object files of handhelds: contacts (vCard 2.1).";
+    "Reads and writes the object files of handhelds: contacts (vCard 2.1), events and to-dos\n"
+    "(vCalendar 1.0), notes (vNote 1.1) and messages (vMessage 1.1).";
 constexpr const char* kFooter =
     "Exit codes: 0 success (also with warnings), 1 the work failed, 2 wrong use.\n"
     "Examples:\n"
     "  tamu read contacts.vcf\n"
     "  tamu rewrite contacts.vcf copy.vcf\n"
+    "  tamu rrule \"W1 MO TU 0900 FR #10\"\n"
     "Each command has its own help: tamu read --help";
 constexpr const char* kReadFooter =
     "Examples:\n"
     "  tamu read contacts.vcf               show the contacts of a file\n"
+    "  tamu read calendar.vcs notes.vnt     events, to-dos, notes; messages are .vmg\n"
     "  tamu read --json a.vcf b.vcf         one JSON object a line\n"
     "  phone-backup | tamu read -           read standard input";
+constexpr const char* kCheckFooter =
+    "Exit codes: 0 nothing was found, 1 there are findings or a file cannot be read, 2 wrong use.\n"
+    "Examples:\n"
+    "  tamu check contacts.vcf              a finding a line, with its place\n"
+    "  tamu check --json a.vcf b.vcs        one JSON object a line\n"
+    "  phone-backup | tamu check -          check standard input";
 constexpr const char* kRewriteFooter =
     "OUT appears whole or not at all: when something fails, it stays as it was.\n"
     "Examples:\n"
@@ -35,6 +44,11 @@ constexpr const char* kRewriteFooter =
     "  tamu rewrite --append new.vcf all.vcf          add to a file\n"
     "  tamu rewrite --keep-going broken.vcf saved.vcf save what can be read\n"
     "  tamu rewrite - - < phone.vcf | less            from standard input to standard output";
+constexpr const char* kRuleFooter =
+    "A rule is shown in words, as the library writes it, and as a tree (JSON).\n"
+    "Examples:\n"
+    "  tamu rrule \"W1 MO TU 0900 FR #10\"    the quotes keep a rule with blanks together\n"
+    "  tamu rrule --json \"D2 #0\" \"YM1 6\"     one JSON object a line";
 constexpr const char* kCodeFooter =
     "Examples:\n"
     "  tamu code 19\n"
@@ -42,7 +56,9 @@ constexpr const char* kCodeFooter =
 
 struct Arguments {
   ReadOptions read;
+  CheckOptions check;
   RewriteOptions rewrite;
+  RuleOptions rule;
   std::vector<std::string> codes;
 };
 
@@ -71,6 +87,13 @@ void Describe(CLI::App* app, Arguments* arguments) {
   read->add_flag("--json", arguments->read.json, "Print one JSON object a line");
   read->footer(kReadFooter);
 
+  CLI::App* const check =
+      app->add_subcommand("check", "Say what is wrong in files, or will be misread");
+  check->add_option("FILE", arguments->check.files, "Files to check; - is standard input")
+      ->required();
+  check->add_flag("--json", arguments->check.json, "Print one JSON object a line");
+  check->footer(kCheckFooter);
+
   CLI::App* const rewrite =
       app->add_subcommand("rewrite", "Read all objects of a file and write them to another");
   rewrite->add_option("IN", arguments->rewrite.in, "File to read; - is standard input")->required();
@@ -81,6 +104,12 @@ void Describe(CLI::App* app, Arguments* arguments) {
                     "Write what could be read when IN is broken; the exit code is 1 all the same");
   rewrite->footer(kRewriteFooter);
 
+  CLI::App* const rule = app->add_subcommand("rrule", "Explain recurrence rules");
+  rule->add_option("RULE", arguments->rule.rules, "Rules of a vCalendar 1.0, one an argument")
+      ->required();
+  rule->add_flag("--json", arguments->rule.json, "Print one JSON object a line");
+  rule->footer(kRuleFooter);
+
   CLI::App* const code = app->add_subcommand("code", "Print the texts of result codes");
   code->add_option("N", arguments->codes, "Result codes, decimal or hexadecimal (0x13)")
       ->required()
@@ -90,7 +119,9 @@ void Describe(CLI::App* app, Arguments* arguments) {
 
 int RunCommand(const CLI::App& app, const Arguments& arguments, Console* console) {
   if (app.got_subcommand("read")) return COMMAND_Read(arguments.read, console);
+  if (app.got_subcommand("check")) return COMMAND_Check(arguments.check, console);
   if (app.got_subcommand("rewrite")) return COMMAND_Rewrite(arguments.rewrite, console);
+  if (app.got_subcommand("rrule")) return COMMAND_Rule(arguments.rule, console);
   std::vector<std::uint32_t> codes;
   for (const std::string& text : arguments.codes) {
     std::uint32_t code = 0;

@@ -20,6 +20,7 @@ enum class MessageKind : std::uint8_t {
   kHarmless,    // a warning about nothing that is lost
   kError,       // ends the reading
   kIncomplete,  // the error that an object lacks one of its parts
+  kUnended,     // the error about the object that was begun last, told at its beginning
   kLine,        // the error about one line, with the line's own number
   kSettings,    // a warning about the device's settings, not about a file
 };

@@ -56,6 +56,7 @@ class Collector {
       case MessageKind::kError:
       case MessageKind::kLine:
       case MessageKind::kIncomplete:
+      case MessageKind::kUnended:
         // The first one is the cause; what follows it comes of it.
         if (!error_) error_ = std::move(message);
         return;

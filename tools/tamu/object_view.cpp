@@ -7,10 +7,13 @@
 
 #include "core/object_name.h"
 #include "core/records.h"
+#include "formats/vcalendar_properties.h"
 #include "formats/vcard_properties.h"
+#include "formats/vnote_properties.h"
 #include "platform/bstr.h"
 #include "text/property.h"
 #include "text/property_text.h"
+#include "text/tokens.h"
 
 namespace tamu::tool {
 namespace {
@@ -64,20 +67,52 @@ PropertyView ViewOf(std::string_view name, Property* property) {
   return view;
 }
 
-// A text that may fill its field without a terminator.
-template <std::size_t size>
-std::string_view FieldText(const char (&field)[size]) noexcept {
-  return {field, strnlen(field, size)};
+void AddChain(std::string_view name, Property* node, ObjectView* view) {
+  for (; node != nullptr; node = node->next) view->properties.push_back(ViewOf(name, node));
 }
 
 void AddContact(ContactShape& contact, ObjectView* view) {
-  view->luid = FieldText(contact.luid);
-  view->version = FieldText(contact.version);
-  for (const VcardRow& row : VCARD_Rows()) {
-    for (Property* node = contact.*row.field; node != nullptr; node = node->next) {
-      view->properties.push_back(ViewOf(row.name, node));
+  view->luid = STR_FieldText(contact.luid);
+  view->version = STR_FieldText(contact.version);
+  for (const VcardRow& row : VCARD_Rows()) AddChain(row.name, contact.*row.field, view);
+}
+
+// What is kept of the property that the component has no place for when it is written comes last.
+void AddCalendarItem(ObjectRecord& record, ObjectView* view) {
+  view->luid = STR_FieldText(record.event.luid);
+  view->version = STR_FieldText(record.event.version);
+  view->component = record.event.component;
+  const bool is_event = view->component == COMPONENT_EVENT;
+  if (!is_event && view->component != COMPONENT_TODO) return;
+  view->all_day = is_event && record.event.all_day != 0;
+  const auto add = [&](const VcalRow& row) {
+    if (is_event) {
+      AddChain(row.name, record.event.*row.event_field, view);
+    } else if (row.todo_field != nullptr) {
+      AddChain(row.name, record.todo.*row.todo_field, view);
     }
+  };
+  for (const VcalRow* const row : VCAL_WrittenRows(view->component)) add(*row);
+  for (const VcalRow& row : VCAL_Rows()) {
+    if ((is_event ? row.event : row.todo).writing == VcalWriting::kNever) add(row);
   }
+}
+
+void AddNote(NoteShape& note, ObjectView* view) {
+  view->luid = STR_FieldText(note.luid);
+  view->version = STR_FieldText(note.version);
+  for (const VnoteRow& row : VNOTE_Rows()) AddChain(row.name, note.*row.field, view);
+}
+
+void AddMessage(const MessageShape& message, ObjectView* view) {
+  view->luid = STR_FieldText(message.luid);
+  view->version = STR_FieldText(message.version);
+  view->message = MESSAGE_View(message);
+  const std::u16string from(view->message->Text("From"));
+  const std::u16string_view subject = view->message->Text("Subject");
+  view->name = from;
+  if (!from.empty()) view->name += u" - ";
+  view->name += subject;
 }
 
 constexpr KindWords kKindWords[] = {
@@ -106,9 +141,19 @@ ObjectView VIEW_Make(const DeliveredObject& object) {
   view.kind = object.kind;
   view.status = object.status;
   view.line = object.line;
+  if (KIND_IsMessage(object.kind)) {
+    AddMessage(object.record->message, &view);
+    return view;
+  }
   if (object.kind == KIND_CONTACT) AddContact(object.record->contact, &view);
+  if (object.kind == KIND_CALENDAR) AddCalendarItem(*object.record, &view);
+  if (object.kind == KIND_NOTE) AddNote(object.record->note, &view);
   view.name = OBJECT_ComposeName(object.kind, object.record);
   return view;
+}
+
+bool KIND_IsMessage(ObjectKind kind) noexcept {
+  return kind == KIND_MSG_INBOX || kind == KIND_MSG_SENT || kind == KIND_MSG_OUTBOX;
 }
 
 KindWords KIND_Words(ObjectKind kind) noexcept {

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "message_view.h"
 #include "tamu/tamu.h"
 
 namespace tamu::tool {
@@ -42,8 +43,11 @@ struct ObjectView {
   std::uint32_t line = 0;  // of the file, where the object begins
   std::string_view luid;
   std::string_view version;
-  std::u16string name;  // the one that TAMU_GetObjectName composes
+  std::u16string name;  // as TAMU_GetObjectName composes it, of a message with its texts decoded
   std::vector<PropertyView> properties;
+  std::uint8_t component = 0;          // of a calendar item
+  bool all_day = false;                // of an event
+  std::optional<MessageView> message;  // of a message
 };
 
 // An object as READ_Objects delivers it.
@@ -56,6 +60,9 @@ struct DeliveredObject {
 
 // The record's view. Decoding settles code pages in the record and changes nothing else.
 [[nodiscard]] ObjectView VIEW_Make(const DeliveredObject& object);
+
+// True for the three kinds of messages.
+[[nodiscard]] bool KIND_IsMessage(ObjectKind kind) noexcept;
 
 // "contact" and "contacts".
 struct KindWords {

@@ -5,6 +5,8 @@
 
 #include "card_scan.h"
 #include "display_text.h"
+#include "message_scan.h"
+#include "object_scan.h"
 #include "platform/last_error.h"
 #include "text/string_tools.h"
 
@@ -22,22 +24,13 @@ constexpr BeginningRow kBeginnings[] = {
     {"\xFF\xFE", "this is UTF-16 text. Save it as UTF-8 without a byte-order mark."},
     {"\xFE\xFF", "this is UTF-16 text. Save it as UTF-8 without a byte-order mark."},
     {"\xEF\xBB\xBF", "the file starts with a byte-order mark. Save it as UTF-8 without one."},
-    {"\r", "the file starts with a blank line. Remove it: the first line must be BEGIN:VCARD."},
-    {"\n", "the file starts with a blank line. Remove it: the first line must be BEGIN:VCARD."},
-    {"begin:", "the first line is not in capitals. It must be BEGIN:VCARD."},
+    {"\r", "the file starts with a blank line. Remove it: the first line must begin an object."},
+    {"\n", "the file starts with a blank line. Remove it: the first line must begin an object."},
+    {"begin:", "the first line is not in capitals. It must be, as in BEGIN:VCARD."},
 };
 constexpr std::size_t kLongestBeginning = 6;
 
-// Formats that are known, but not read.
-struct FormatRow {
-  std::string_view object_name;
-  std::string_view words;
-};
-constexpr FormatRow kFormats[] = {
-    {"VCALENDAR", "a calendar (vCalendar)"},
-    {"VNOTE", "a note (vNote)"},
-    {"VMSG", "messages (vMessage)"},
-};
+constexpr const char* kFirstLines = "BEGIN:VCARD, BEGIN:VCALENDAR, BEGIN:VNOTE or BEGIN:VMSG";
 
 std::string FirstBytes(File* file) {
   std::string bytes;
@@ -65,20 +58,10 @@ Problem NoObject(const FailedReading& reading) {
   }
   const std::string_view name = reading.object_name.data();
   if (name.empty()) {
-    return {1, "this is not an object file: its first line must be BEGIN:VCARD"};
+    return {1, std::string("this is not an object file: its first line must be ") + kFirstLines};
   }
   return {1, "the file begins with '" + DISPLAY_Bytes(name) +
-                 "', which is no known kind of object. BEGIN:VCARD would be a contact."};
-}
-
-Problem NotReadYet(const FailedReading& reading) {
-  for (const FormatRow& row : kFormats) {
-    if (row.object_name == reading.object_name.data()) {
-      return {1, "this is " + std::string(row.words) +
-                     ", which this version does not read yet. It reads contacts (vCard 2.1)."};
-    }
-  }
-  return {1, "this version does not read this kind of object yet"};
+                 "', which is no known kind of object: " + kFirstLines + " would be one"};
 }
 
 // --- A broken object ---
@@ -90,44 +73,104 @@ std::string ReadSoFar(const ReadOutcome& outcome) {
          (outcome.objects == 1 ? "was" : "were") + " read, nothing after it was";
 }
 
-struct PartRow {
-  bool CardParts::*part;
-  std::string_view what;
-  std::string_view line;
-};
-constexpr PartRow kParts[] = {
-    {&CardParts::end, "no END line", "END:VCARD"},
-    {&CardParts::version, "no VERSION line", "VERSION:2.1"},
-    {&CardParts::n, "no N line (the name)", "a line such as N:Family;Given"},
+// Lines that an object lacks, and what to add.
+class MissingLines {
+ public:
+  void AddUnless(bool found, std::string_view what, std::string_view line) {
+    if (found) return;
+    what_ += (what_.empty() ? "" : " and ") + std::string(what);
+    lines_ += (lines_.empty() ? "" : " and ") + std::string(line);
+  }
+
+  [[nodiscard]] Problem ProblemAt(std::uint32_t begin_line, std::string_view object,
+                                  const ReadOutcome& outcome) const {
+    if (what_.empty()) {
+      return {begin_line, "the " + std::string(object) + " that begins here cannot be read; " +
+                              ReadSoFar(outcome)};
+    }
+    return {begin_line, "the " + std::string(object) + " that begins here has " + what_ + "; " +
+                            ReadSoFar(outcome) + ". Add " + lines_ + " or remove the " +
+                            std::string(object) + "."};
+  }
+
+ private:
+  std::string what_;
+  std::string lines_;
 };
 
-// A card that lacks a line it needs.
 Problem IncompleteCard(const FailedReading& reading, const ReadOutcome& outcome) {
-  CardParts found;
-  if (!reading.file->Seek(outcome.end)) {
-    // A pipe does not go back: which line it is stays unsaid.
-    static_cast<void>(reading.file->TakeError());
-    return {reading.begin_line,
-            "the card that begins here lacks its END, VERSION or N line; " + ReadSoFar(outcome)};
+  const CardParts found = CARD_Scan(reading.file, nullptr);
+  MissingLines missing;
+  missing.AddUnless(found.end, "no END line", "END:VCARD");
+  missing.AddUnless(found.version, "no VERSION line", "VERSION:2.1");
+  missing.AddUnless(found.n, "no N line (the name)", "a line such as N:Family;Given");
+  return missing.ProblemAt(reading.begin_line, "card", outcome);
+}
+
+Problem IncompleteNote(const FailedReading& reading, const ReadOutcome& outcome) {
+  const NoteParts found = NOTE_Scan(reading.file, nullptr);
+  MissingLines missing;
+  missing.AddUnless(found.end, "no END line", "END:VNOTE");
+  missing.AddUnless(found.version, "no VERSION line", "VERSION:1.1");
+  return missing.ProblemAt(reading.begin_line, "note", outcome);
+}
+
+// Its components may have been read, so that it is looked for from the start.
+Problem IncompleteCalendar(const FailedReading& reading, const ReadOutcome& outcome) {
+  CalendarParts found;
+  reading.file->Rewind();
+  do {
+    found = CALENDAR_Scan(reading.file, nullptr);
+  } while (found.version && found.component && found.end && !reading.file->AtEnd());
+  MissingLines missing;
+  missing.AddUnless(found.end, "no END line", "END:VCALENDAR");
+  missing.AddUnless(found.version, "no VERSION line", "VERSION:1.0");
+  missing.AddUnless(found.component, "neither event nor to-do", "one");
+  return missing.ProblemAt(found.begin_line, "calendar", outcome);
+}
+
+// What the library says nothing about.
+Problem BrokenMessage(const FailedReading& reading, const ReadOutcome& outcome) {
+  const MessageParts found = MESSAGE_Scan(reading.file, nullptr);
+  if (found.stray_line != 0) {
+    return {found.stray_line, "'BEGIN:" + DISPLAY_Bytes(found.stray) +
+                                  "' has no place in a message; " + ReadSoFar(outcome) +
+                                  ". Remove what stands between it and its END."};
   }
-  found = CARD_FindParts(reading.file);
-  std::string what;
-  std::string missing;
-  for (const PartRow& row : kParts) {
-    if (found.*row.part) continue;
-    what += (what.empty() ? "" : " and ") + std::string(row.what);
-    missing += (missing.empty() ? "" : " and ") + std::string(row.line);
+  MissingLines missing;
+  missing.AddUnless(found.envelope, "no envelope", "BEGIN:VENV and what follows it");
+  missing.AddUnless(found.end, "no END line", "END:VMSG");
+  return missing.ProblemAt(reading.begin_line, "message", outcome);
+}
+
+struct ScanRow {
+  std::string_view object_name;
+  Problem (*explain)(const FailedReading& reading, const ReadOutcome& outcome);
+};
+constexpr ScanRow kScans[] = {{"VCARD", &IncompleteCard},
+                              {"VCALENDAR", &IncompleteCalendar},
+                              {"VNOTE", &IncompleteNote},
+                              {"VMSG", &BrokenMessage}};
+
+// An object that lacks a line it needs: the lines are looked through once more.
+Problem IncompleteObject(const FailedReading& reading, const ReadOutcome& outcome) {
+  if (reading.file->Seek(outcome.end)) {
+    for (const ScanRow& row : kScans) {
+      if (row.object_name == reading.object_name.data()) return row.explain(reading, outcome);
+    }
   }
-  return {reading.begin_line, "the card that begins here has " + what + "; " + ReadSoFar(outcome) +
-                                  ". Add " + missing + " or remove the card."};
+  // A pipe does not go back: which line it is stays unsaid.
+  static_cast<void>(reading.file->TakeError());
+  const std::string what = reading.error != nullptr
+                               ? reading.error->text + " (it begins here)"
+                               : "the object that begins here lacks a line that it needs";
+  return {reading.begin_line, what + "; " + ReadSoFar(outcome)};
 }
 
 Problem BrokenObject(const FailedReading& reading, const ReadOutcome& outcome) {
-  if (reading.error == nullptr) {
-    return {reading.begin_line,
-            "the object that begins here cannot be read; " + ReadSoFar(outcome)};
+  if (reading.error == nullptr || reading.error->kind == MessageKind::kIncomplete) {
+    return IncompleteObject(reading, outcome);
   }
-  if (reading.error->kind == MessageKind::kIncomplete) return IncompleteCard(reading, outcome);
   if (outcome.objects == 0 && reading.error->line <= 1) {
     if (const BeginningRow* const row = FindBeginning(reading.file)) {
       return {1, std::string(row->text)};
@@ -135,7 +178,8 @@ Problem BrokenObject(const FailedReading& reading, const ReadOutcome& outcome) {
   }
   const Message& error = *reading.error;
   const std::string advice = error.advice.empty() ? "" : ". " + std::string(error.advice);
-  return {error.line, error.text + "; " + ReadSoFar(outcome) + advice};
+  const std::uint32_t line = error.kind == MessageKind::kUnended ? reading.begin_line : error.line;
+  return {line, error.text + "; " + ReadSoFar(outcome) + advice};
 }
 
 // --- What lies behind the last object ---
@@ -188,8 +232,16 @@ Rest LookThroughRest(File* file) {
 // The library ends its reading without a word where a line behind an object begins no other one.
 std::optional<Problem> UnreadRest(const FailedReading& reading, ReadOutcome* outcome) {
   File* const file = reading.file;
-  // On a pipe that cannot go back, what has not been read yet is looked through.
-  if (!file->Seek(outcome->end)) static_cast<void>(file->TakeError());
+  if (file->Seek(outcome->end)) {
+    // Of a calendar the last component was handed on, not its own end.
+    if (outcome->objects != 0 && outcome->kind == KIND_CALENDAR) {
+      CALENDAR_SkipEnd(file);
+      outcome->end = file->Tell();
+    }
+  } else {
+    // On a pipe that cannot go back, what has not been read yet is looked through.
+    static_cast<void>(file->TakeError());
+  }
   const Rest rest = LookThroughRest(file);
   outcome->rest = rest.any_text ? RestOfFile::kText
                   : rest.any    ? RestOfFile::kBlankLines
@@ -225,8 +277,6 @@ std::optional<Problem> FAILURE_Explain(const FailedReading& reading, ReadOutcome
       return UnreadRest(reading, outcome);
     case TAMU_NO_VALID_OBJECT:
       return NoObject(reading);
-    case TAMU_UNSUPPORTED_TYPE:
-      return NotReadYet(reading);
     default:
       return BrokenObject(reading, *outcome);
   }

@@ -1,7 +1,9 @@
 #include "text_output.h"
 
+#include "calendar_text.h"
 #include "contact_text.h"
-#include "display_text.h"
+#include "message_text.h"
+#include "note_text.h"
 
 namespace tamu::tool {
 namespace {
@@ -45,9 +47,20 @@ void TextLines::AddValue(std::string_view label, const std::vector<std::string>&
 
 std::string TEXT_Object(const ObjectView& object, const Style& style) {
   TextLines lines(style);
-  const std::string name = DISPLAY_Line(object.name);
-  lines.AddHeading(name.empty() ? "(no name)" : name);
-  if (object.kind == KIND_CONTACT) TEXT_AddContact(object, &lines);
+  switch (object.kind) {
+    case KIND_CONTACT:
+      TEXT_AddContact(object, &lines);
+      break;
+    case KIND_CALENDAR:
+      TEXT_AddCalendarItem(object, &lines);
+      break;
+    case KIND_NOTE:
+      TEXT_AddNote(object, &lines);
+      break;
+    default:
+      TEXT_AddMessage(object, &lines);
+      break;
+  }
   return lines.text() + "\n";
 }
 

@@ -1,10 +1,12 @@
 // The command "rewrite".
+#include <iterator>
 #include <optional>
 
-#include "card_scan.h"
 #include "commands.h"
 #include "core/file.h"
 #include "formats/format_table.h"
+#include "formats/object_file.h"
+#include "losses.h"
 #include "object_reader.h"
 #include "platform/last_error.h"
 #include "system/output_file.h"
@@ -13,7 +15,9 @@
 namespace tamu::tool {
 namespace {
 
-constexpr const char* kCompletedVersion = "2.1";
+// The version that an object of a kind gets when it has none, by kind.
+constexpr const char* kCompletedVersions[] = {"2.1", "1.0", "1.1", "1.1", "1.1", "1.1"};
+static_assert(std::size(kCompletedVersions) == KIND_MSG_OUTBOX + 1);
 
 // Takes objects nobody wants: for files that are only looked through.
 class Ignorer final : public ObjectHandler {
@@ -24,11 +28,12 @@ class Ignorer final : public ObjectHandler {
 
 class Writer final : public ObjectHandler {
  public:
-  Writer(const InputFile& input, File* out, Console* console)
-      : input_(input), out_(out), console_(console) {}
+  Writer(const InputFile& input, File* out, Losses* losses, Console* console)
+      : input_(input), out_(out), losses_(losses), console_(console) {}
 
   void TakeObject(const DeliveredObject& object) override {
     CompleteVersion(object);
+    if (KIND_IsMessage(object.kind)) LOSSES_AddMessage(object.record->message, losses_);
     // Its result tells nothing of failed writes; the file does.
     const TamuResult result = FORMAT_Write(object.kind, out_, *object.record);
     if (result == TAMU_UNSUPPORTED_TYPE) ++not_written_;
@@ -45,16 +50,39 @@ class Writer final : public ObjectHandler {
   [[nodiscard]] std::uint64_t completed() const noexcept { return completed_; }
 
  private:
-  // A card that is read on the strength of a nested card's VERSION has none of its own, and what
-  // is written of it could not be read again.
+  // What is written without a version could not be read again. There is none in the second
+  // component of a calendar, in a message whose VERSION stands before a card, and in a card or note
+  // that is read on the strength of a nested object's VERSION.
   void CompleteVersion(const DeliveredObject& object) noexcept {
-    if (object.kind != KIND_CONTACT || object.record->contact.version[0] != '\0') return;
-    STR_CopyField(object.record->contact.version, kCompletedVersion);
-    ++completed_;
+    ObjectRecord& record = *object.record;
+    bool completed = false;
+    switch (object.kind) {
+      case KIND_CONTACT:
+        completed = Complete(object.kind, record.contact.version);
+        break;
+      case KIND_CALENDAR:
+        completed = Complete(object.kind, record.event.version);
+        break;
+      case KIND_NOTE:
+        completed = Complete(object.kind, record.note.version);
+        break;
+      default:
+        completed = Complete(object.kind, record.message.version);
+        break;
+    }
+    if (completed) ++completed_;
+  }
+
+  template <std::size_t size>
+  static bool Complete(ObjectKind kind, char (&version)[size]) noexcept {
+    if (version[0] != '\0' || kind >= std::size(kCompletedVersions)) return false;
+    STR_CopyField(version, kCompletedVersions[kind]);
+    return true;
   }
 
   const InputFile& input_;
   File* out_;
+  Losses* losses_;
   Console* console_;
   std::uint64_t not_written_ = 0;
   std::uint64_t completed_ = 0;
@@ -127,7 +155,7 @@ class Rewriter {
       return FailWriting(std::string("cannot open it: ") +
                          platform::ErrorText(platform::GetLastError()));
     }
-    Writer writer(in_, &out, console_);
+    Writer writer(in_, &out, &losses_, console_);
     *outcome = READ_Objects(in_, writer);
     out.Close();
     if (out.error() == platform::kErrorBrokenPipe) return false;
@@ -155,23 +183,19 @@ class Rewriter {
                    (options_.append ? " appended" : " written") +
                    (outcome.problem ? ", not all that there are" : ""));
     if (completed_ != 0) {
-      console_->Tell(out_.shown() + ": added: VERSION:" + kCompletedVersion + " to " +
-                     KIND_Count(completed_, KIND_Words(outcome.kind)) + " that had none");
+      console_->Tell(out_.shown() + ": added: VERSION:" + kCompletedVersions[outcome.kind] +
+                     " to " + KIND_Count(completed_, KIND_Words(outcome.kind)) + " that had none");
     }
+    AddLossesOfFile(outcome);
+    for (const std::string& text : losses_.Texts()) {
+      console_->Tell(out_.shown() + ": left out: " + text);
+    }
+  }
+  void AddLossesOfFile(const ReadOutcome& outcome) {
     File source;
     if (!source.Open(in_.path(), u"rb")) return;
-    const CardLosses losses = CARD_FindLosses(&source, outcome.end.offset);
-    ReportLeftOut("", losses.unknown.Text());
-    if (losses.nested != 0) {
-      ReportLeftOut("",
-                    KIND_Count(losses.nested, {"object inside another", "objects inside others"}));
-    }
-    ReportLeftOut("parts of the value beyond those that are kept: ", losses.components.Text());
-    ReportLeftOut("parameters beyond 127 characters: ", losses.parameters.Text());
-  }
-  void ReportLeftOut(std::string_view what, const std::string& names) {
-    if (names.empty()) return;
-    console_->Tell(out_.shown() + ": left out: " + std::string(what) + names);
+    const ObjectName object_name = OBJECTFILE_PeekName(&source);
+    LOSSES_AddFile(object_name, &source, outcome.end.offset, &losses_);
   }
 
   const RewriteOptions& options_;
@@ -179,6 +203,7 @@ class Rewriter {
   InputFile in_;
   OutputFile out_;
   std::uint64_t completed_ = 0;
+  Losses losses_;
 };
 
 }  // namespace
