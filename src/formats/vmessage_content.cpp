@@ -13,8 +13,8 @@ namespace {
 static_assert(sizeof(BodyPart::temp_file) / sizeof(TamuWchar) == kTempPathUnits);
 
 std::string_view CutAtEnd(std::string_view line) noexcept {
-  constexpr std::string_view kEnds{"\r\0", 2};
-  return line.substr(0, line.find_first_of(kEnds));
+  line = line.substr(0, line.find('\r'));
+  return line.substr(0, line.find('\0'));
 }
 
 // Hands each line before the marker's to `take`, which returns false to give up. Returns false when

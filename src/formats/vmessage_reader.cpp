@@ -47,7 +47,6 @@ class MessageReader {
 
   TamuResult Read() noexcept {
     while (!ended_ && !line_->file()->AtEnd()) ReadLine();
-    if (result_ == TAMU_OUT_OF_MEMORY) return result_;
     return ended_ && envelope_seen_ ? result_ : TamuResult{TAMU_PARSE_ERROR};
   }
 

@@ -168,6 +168,15 @@ TEST_F(VmsgReadContent, TheLastMarkerIsTheOneWithTwoDashesAndNothingElse) {
   }
 }
 
+TEST_F(VmsgReadContent, WithoutAMarkerNoneIsTheLast) {
+  File file;
+  ASSERT_EQ(FILE_Open(files_.Put("a", "x\n").c_str(), u"rb", &file), 0U);
+  BodyPart part{};
+  bool last = true;
+  EXPECT_EQ(VMSG_ReadContent(&file, &part, "--b", &last, false), TAMU_PARSE_ERROR);
+  EXPECT_FALSE(last);
+}
+
 TEST_F(VmsgReadContent, APipeIsReadToo) {
   std::string content, text;
   for (int i = 0; i < 20000; ++i) content += "a line of text\r\n", text += "a line of text\n";
