@@ -16,7 +16,7 @@ namespace {
 
 struct ReaderRow {
   std::string_view object_name;
-  TamuResult (*read)(File*, ReadCallback, void*) noexcept;  // null: not yet
+  TamuResult (*read)(File*, ReadCallback, void*) noexcept;
 };
 constexpr ReaderRow kReaders[] = {
     {"VCARD", &VCARD_ReadObjects},
@@ -35,14 +35,13 @@ static_assert(std::size(kWriters) == KIND_MSG_OUTBOX + 1);
 TamuResult FORMAT_Read(std::string_view object_name, File* file, ReadCallback callback,
                        void* user) noexcept {
   for (const ReaderRow& row : kReaders) {
-    if (row.object_name != object_name) continue;
-    return row.read != nullptr ? row.read(file, callback, user) : TamuResult{TAMU_UNSUPPORTED_TYPE};
+    if (row.object_name == object_name) return row.read(file, callback, user);
   }
   return TAMU_NO_VALID_OBJECT;
 }
 
 TamuResult FORMAT_Write(ObjectKind kind, File* file, const ObjectRecord& record) noexcept {
-  if (kind >= std::size(kWriters) || kWriters[kind] == nullptr) return TAMU_UNSUPPORTED_TYPE;
+  if (kind >= std::size(kWriters)) return TAMU_UNSUPPORTED_TYPE;
   return kWriters[kind](file, record, true);
 }
 

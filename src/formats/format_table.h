@@ -10,14 +10,13 @@
 namespace tamu {
 
 // Reads every object of a file by the reader of the object name behind its first BEGIN ("VCARD").
-// The file stands at its start. Returns the reader's result, TAMU_NO_VALID_OBJECT for an unknown
-// name, or TAMU_UNSUPPORTED_TYPE for a format that cannot be read yet.
+// The file stands at its start. Returns the reader's result, or TAMU_NO_VALID_OBJECT for an unknown
+// name.
 [[nodiscard]] TamuResult FORMAT_Read(std::string_view object_name, File* file,
                                      ReadCallback callback, void* user) noexcept;
 
 // Writes a record by the writer of its kind, with its identifier. Returns the writer's result, or
-// TAMU_UNSUPPORTED_TYPE, with nothing written, for an unknown kind or one that cannot be written
-// yet.
+// TAMU_UNSUPPORTED_TYPE, with nothing written, for an unknown kind.
 [[nodiscard]] TamuResult FORMAT_Write(ObjectKind kind, File* file,
                                       const ObjectRecord& record) noexcept;
 
