@@ -174,11 +174,8 @@ TEST(VobjFormatProperty, AComponentWithoutTextContributesItsSeparator) {
 }
 
 TEST(VobjFormatProperty, AParameterWithoutTextIsLeftOut) {
-  const OwnedProperty property("a", "HOME;;WORK");
-  MEM_Free(property->params->next.get());  // replaced below by an item of its own
-  StringItem* const empty = MEM_New<StringItem>().release();
-  empty->next = nullptr;
-  property->params->next = empty;
+  const OwnedProperty property("a", "HOME");
+  property->params->next = MEM_New<StringItem>().release();
   EXPECT_EQ(Formatted(property), "X;HOME:a");
 }
 
