@@ -356,7 +356,7 @@ TAMU_API TamuResult TAMU_WriteObject(ObjectKind kind, ObjectRecord* record, cons
 /* Reads every object of the file at `path` and hands each to `callback` (null: the file is only
  * parsed) with `user`. Returns TAMU_OK, TAMU_FILE_NOT_OPENED, TAMU_NO_VALID_OBJECT (the first line
  * begins no known object), TAMU_PARSE_ERROR (reading stopped at a malformed object; those before it
- * were delivered), TAMU_OUT_OF_MEMORY or TAMU_UNSUPPORTED_TYPE. */
+ * were delivered) or TAMU_OUT_OF_MEMORY. */
 TAMU_API TamuResult TAMU_ReadObjects(const TamuWchar* path, ReadCallback callback, void* user);
 
 /* The text of a result code. It is static; that of a code without one is overwritten by the next

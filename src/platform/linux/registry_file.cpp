@@ -46,7 +46,7 @@ void RegistryFile::Decode(std::string_view bytes) {
       const auto high = static_cast<std::uint8_t>(bytes[little ? 1 : 0]);
       text_.push_back(static_cast<char16_t>(high << 8 | low));
     }
-    tail_ = bytes;
+    if (!bytes.empty()) tail_.push_back(bytes.front());  // half a unit
   } else {
     encoding_ = bytes.starts_with(kUtf8Mark) ? Encoding::kUtf8Mark : Encoding::kUtf8;
     if (encoding_ == Encoding::kUtf8Mark) bytes.remove_prefix(kUtf8Mark.size());
