@@ -5,12 +5,12 @@
 
 #include "core/file.h"
 #include "core/log.h"
-#include "core/object_name.h"
 #include "core/records.h"
 #include "core/result_text.h"
 #include "core/wide.h"
 #include "formats/format_table.h"
 #include "formats/object_file.h"
+#include "formats/object_name.h"
 #include "pimstore/session.h"
 #include "tamu/tamu.h"
 

@@ -5,8 +5,8 @@
 #include <iterator>
 #include <utility>
 
-#include "core/object_name.h"
 #include "core/records.h"
+#include "formats/object_name.h"
 #include "formats/vcalendar_properties.h"
 #include "formats/vcard_properties.h"
 #include "formats/vnote_properties.h"

@@ -1,6 +1,6 @@
-// core/object_name.h - the name under which an object is shown.
-#ifndef TAMU_CORE_OBJECT_NAME_H_
-#define TAMU_CORE_OBJECT_NAME_H_
+// formats/object_name.h - the name under which an object is shown.
+#ifndef TAMU_FORMATS_OBJECT_NAME_H_
+#define TAMU_FORMATS_OBJECT_NAME_H_
 
 #include <string>
 
@@ -16,4 +16,4 @@ namespace tamu {
 
 }  // namespace tamu
 
-#endif  // TAMU_CORE_OBJECT_NAME_H_
+#endif  // TAMU_FORMATS_OBJECT_NAME_H_

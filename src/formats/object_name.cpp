@@ -1,4 +1,4 @@
-#include "core/object_name.h"
+#include "formats/object_name.h"
 
 #include <cstring>
 #include <string_view>
