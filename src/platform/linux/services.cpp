@@ -1,7 +1,9 @@
 #include "platform/services.h"
 
 #include "platform/bstr.h"
+#include "platform/cemapi.h"
 #include "platform/code_pages.h"
+#include "platform/com.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
@@ -35,6 +37,12 @@ constexpr ServiceBase* kServices[] = {
     &bind,
     &sendto,
     &closesocket,  // datagrams
+    &CoCreateInstance,
+    &MAPIInitialize,
+    &MAPIUninitialize,
+    &MAPILogonEx,
+    &MAPIFreeBuffer,
+    &FreeProws,  // objects
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
     &GetSystemTime,
