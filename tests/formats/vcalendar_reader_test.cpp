@@ -153,6 +153,16 @@ TEST(VcalReadCalendar, TheIdentifierAndVersionBelongToTheNextComponentAlone) {
   EXPECT_EQ(reading.objects[2].luid, "own");
 }
 
+TEST(VcalReadCalendar, WhatStandsBehindTheLastComponentIsNotTheNextCalendars) {
+  const ObjectReading reading =
+      ReadObjectsOf("BEGIN:VCALENDAR\r\n" + Event() +
+                    "VERSION:1.0\r\nX-IRMC-LUID:late\r\nEND:VCALENDAR\r\nBEGIN:VCALENDAR\r\n" +
+                    Event() + "VERSION:0.9\r\nX-IRMC-LUID:later\r\nEND:VCALENDAR\r\n");
+  ASSERT_EQ(reading.objects.size(), 2U);
+  EXPECT_EQ(reading.objects[1].luid, "");
+  EXPECT_EQ(reading.objects[1].version, "");
+}
+
 TEST(VcalReadCalendar, AComponentsOwnIdentifierReplacesTheCalendars) {
   const ObjectReading reading =
       ReadObjectsOf(Calendar("X-IRMC-LUID:a\r\n" + Event("X-IRMC-LUID:b c\r\n")));
