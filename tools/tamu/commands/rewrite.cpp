@@ -33,7 +33,7 @@ class Writer final : public ObjectHandler {
 
   void TakeObject(const DeliveredObject& object) override {
     CompleteVersion(object);
-    if (KIND_IsMessage(object.kind)) LOSSES_AddMessage(object.record->message, losses_);
+    if (KIND_IsMessage(object.kind)) LeaveOutParts(&object.record->message);
     // Its result tells nothing of failed writes; the file does.
     const TamuResult result = FORMAT_Write(object.kind, out_, *object.record);
     if (result == TAMU_UNSUPPORTED_TYPE) ++not_written_;
@@ -50,6 +50,12 @@ class Writer final : public ObjectHandler {
   [[nodiscard]] std::uint64_t completed() const noexcept { return completed_; }
 
  private:
+  // What is left of a multipart mail is no multipart: as such it could not be read again.
+  void LeaveOutParts(MessageShape* message) {
+    LOSSES_AddMessage(*message, losses_);
+    if (MESSAGE_SaysMultipart(*message)) message->body.content_type[0] = '\0';
+  }
+
   // What is written without a version could not be read again. There is none in the second
   // component of a calendar, in a message whose VERSION stands before a card, and in a card or note
   // that is read on the strength of a nested object's VERSION.
