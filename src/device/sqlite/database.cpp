@@ -102,7 +102,7 @@ HRESULT Database::Open(const std::string& folder, std::unique_ptr<Database>* dat
   }
   const HRESULT result = opened->Read([&] {
     Statement select(*opened, "select id from device", "", "i");
-    if (!select.RunForRow()) throw FailureFromCode(SQLITE_CORRUPT, 0, nullptr);
+    if (!select.RunForRow()) throw DamagedFailure();
     opened->device_ = select.Integer(0);
     return hr::kOk;
   });

@@ -90,6 +90,8 @@ Failure FailureFromFileError(std::uint32_t error) {
   }
 }
 
+Failure DamagedFailure() noexcept { return {hr::kCorrupt, kDamagedText, {}}; }
+
 Failure OutOfMemoryFailure() noexcept { return {hr::kOutOfMemory, kMemoryText, {}}; }
 
 // The path comes last: a very long one is what the line's end cuts.

@@ -26,6 +26,7 @@ struct Failure {
 [[nodiscard]] Failure FailureFromFileError(std::uint32_t error);
 
 [[nodiscard]] Failure OutOfMemoryFailure() noexcept;
+[[nodiscard]] Failure DamagedFailure() noexcept;
 
 // Writes the line and gives back the result.
 platform::HRESULT LogFailure(const Failure& failure, const std::string& file) noexcept;
