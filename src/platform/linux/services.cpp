@@ -4,6 +4,7 @@
 #include "platform/code_pages.h"
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "platform/rich_ink.h"
 #include "platform/sockets.h"
 #include "platform/time.h"
 #include "platform/virtual_memory.h"
@@ -35,6 +36,11 @@ constexpr ServiceBase* kServices[] = {
     &bind,
     &sendto,
     &closesocket,  // datagrams
+    &InitRichInkDLL,
+    &CreateWindowExW,
+    &SendMessageW,
+    &DestroyWindow,
+    &SHGetSpecialFolderPathW,  // notes
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
     &GetSystemTime,
