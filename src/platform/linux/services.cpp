@@ -6,6 +6,7 @@
 #include "platform/com.h"
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "platform/rich_ink.h"
 #include "platform/sockets.h"
 #include "platform/time.h"
 #include "platform/virtual_memory.h"
@@ -37,12 +38,20 @@ constexpr ServiceBase* kServices[] = {
     &bind,
     &sendto,
     &closesocket,  // datagrams
+<<<<<<< HEAD
     &CoCreateInstance,
     &MAPIInitialize,
     &MAPIUninitialize,
     &MAPILogonEx,
     &MAPIFreeBuffer,
     &FreeProws,  // objects
+=======
+    &InitRichInkDLL,
+    &CreateWindowExW,
+    &SendMessageW,
+    &DestroyWindow,
+    &SHGetSpecialFolderPathW,  // notes
+>>>>>>> ink
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
     &GetSystemTime,
