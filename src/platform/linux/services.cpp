@@ -38,20 +38,17 @@ constexpr ServiceBase* kServices[] = {
     &bind,
     &sendto,
     &closesocket,  // datagrams
-<<<<<<< HEAD
     &CoCreateInstance,
     &MAPIInitialize,
     &MAPIUninitialize,
     &MAPILogonEx,
     &MAPIFreeBuffer,
     &FreeProws,  // objects
-=======
     &InitRichInkDLL,
     &CreateWindowExW,
     &SendMessageW,
     &DestroyWindow,
     &SHGetSpecialFolderPathW,  // notes
->>>>>>> ink
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
     &GetSystemTime,
