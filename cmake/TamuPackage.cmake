@@ -1,6 +1,11 @@
 # What other builds find the installed library by: a pkg-config file and a CMake package.
 include(CMakePackageConfigHelpers)
 
+# What a static link needs beside the library.
+set(TAMU_PRIVATE_LIBRARIES "")
+if(TARGET tamu_database)
+  set(TAMU_PRIVATE_LIBRARIES " -lsoci_sqlite3 -lsoci_core -lsqlite3")
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/tamu.pc.in ${CMAKE_BINARY_DIR}/tamu.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/tamu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

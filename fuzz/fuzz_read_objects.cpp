@@ -5,14 +5,12 @@
 
 #include "core/file.h"
 #include "core/records.h"
-#include "formats/vcard_properties.h"
-#include "formats/vcard_writer.h"
+#include "formats/format_table.h"
 #include "fuzz_check.h"
 #include "platform/bstr.h"
+#include "record_text.h"
 #include "tamu/tamu.h"
-#include "text/property.h"
 #include "text/property_text.h"
-#include "text/version.h"
 
 namespace tamu::fuzz {
 namespace {
@@ -21,59 +19,20 @@ const TamuWchar* AsTamuWchar(const char16_t* text) {
   return reinterpret_cast<const TamuWchar*>(text);
 }
 
-// What a contact holds, so that two can be compared. Whether a text ends in "=", which joins a
-// written line with the next one, is noted beside it.
-struct Contact {
-  std::string content;
-  bool ends_in_equals = false;
-};
-
-void AppendItems(const StringItem* item, char mark, Contact* contact) {
-  for (; item != nullptr; item = item->next) {
-    contact->content += mark;
-    contact->content += item->text ? item->text.get() : "";
-    contact->content += '\n';
-    if (!item->next && contact->content.ends_with("=\n")) contact->ends_in_equals = true;
-  }
-}
-
-void AppendField(std::string_view name, const char* text, std::size_t size, Contact* contact) {
-  const std::string value = UpToNul(std::string(text, size));
-  contact->content.append(name).append(value) += '\n';
-  if (value.ends_with('=')) contact->ends_in_equals = true;
-}
-
-Contact Describe(const ContactShape& shape) {
-  Contact contact;
-  AppendField("luid ", shape.luid, sizeof shape.luid, &contact);
-  AppendField("version ", shape.version, sizeof shape.version, &contact);
-  for (const VcardRow& row : VCARD_Rows()) {
-    const Property* property = shape.*row.field;
-    // A contact without this property is written with an empty one.
-    if (property == nullptr && row.always_written) contact.content += "N 0\n=\n";
-    for (; property != nullptr; property = property->next) {
-      contact.content.append(row.name).append(" ").append(std::to_string(property->flags)) += '\n';
-      AppendItems(property->params, ';', &contact);
-      AppendItems(property->values, '=', &contact);
-    }
-  }
-  return contact;
-}
-
 // Every component as wide text: it must be one whole counted string.
-void ShowAll(const ContactShape& shape) {
-  for (const VcardRow& row : VCARD_Rows()) {
-    for (Property* property = shape.*row.field; property != nullptr; property = property->next) {
+void ShowAll(ObjectKind kind, const ObjectRecord& record) {
+  VisitProperties(kind, record, [](std::string_view, Property* property, bool, std::uint32_t most) {
+    for (; property != nullptr; property = property->next) {
       std::uint32_t count = 0;
       for (const StringItem* item = property->values; item != nullptr; item = item->next) ++count;
-      FUZZ_CHECK(count >= 1 && count <= row.components);
+      FUZZ_CHECK(count >= 1 && count <= most);
       for (std::uint32_t i = 0; i <= count; ++i) {
         platform::BStr text;
         PROP_GetWide(property, i, &text);
         FUZZ_CHECK(text.c_str()[text.size()] == u'\0');
       }
     }
-  }
+  });
 }
 
 void NameIt(ObjectKind kind, ObjectRecord* record) {
@@ -88,10 +47,9 @@ void NameIt(ObjectKind kind, ObjectRecord* record) {
 
 struct Reading {
   File* rewritten = nullptr;
-  const char16_t* others_path = nullptr;  // where objects that are no contacts are written
-  bool others = false;
-  std::vector<std::string> contacts;   // those that were written
-  std::vector<std::string> unwritten;  // those that cannot come back as they are
+  const char16_t* appended_path = nullptr;  // where the library itself writes them too
+  std::vector<std::string> objects;         // those that were written and have to come back
+  bool any = false;
   bool warned = false;
 };
 
@@ -99,45 +57,37 @@ uint32_t OnObject(ObjectKind kind, ObjectRecord* record, TamuResult status, void
   auto* const reading = static_cast<Reading*>(user);
   FUZZ_CHECK(kind <= KIND_MSG_OUTBOX);
   FUZZ_CHECK(status == TAMU_PARSE_OK || status == TAMU_PARSE_WARNING);
-  if (kind != KIND_CONTACT) {
-    NameIt(kind, record);
-    reading->others = true;
-    FUZZ_CHECK(TAMU_WriteObject(kind, record, AsTamuWchar(reading->others_path), 0) == TAMU_OK);
-    return 0;
-  }
-  FUZZ_CHECK(!reading->warned || status == TAMU_PARSE_WARNING);
+  // A calendar's status is its own, that of other objects the file's.
+  FUZZ_CHECK(kind == KIND_CALENDAR || !reading->warned || status == TAMU_PARSE_WARNING);
   reading->warned = status == TAMU_PARSE_WARNING;
-  const Contact contact = Describe(record->contact);
-  const std::string version =
-      UpToNul(std::string(record->contact.version, sizeof record->contact.version));
-  // A version that stood in a nested object only is not kept.
-  if (contact.ends_in_equals || !VERSION_IsSupported(version.c_str(), kVcardVersion)) {
-    reading->unwritten.push_back(contact.content);
-  } else if (reading->rewritten != nullptr) {
-    FUZZ_CHECK(VCARD_Write(reading->rewritten, *record, true) == TAMU_OK);
-    reading->contacts.push_back(contact.content);
-  }
-  ShowAll(record->contact);
+  reading->any = true;
+  ShowAll(kind, *record);
   NameIt(kind, record);
+  FUZZ_CHECK(MakeReadable(kind, record));
+  const RecordText text(kind, *record);
+  if (text.comes_back()) {
+    FUZZ_CHECK(FORMAT_Write(kind, reading->rewritten, *record) == TAMU_OK);
+    reading->objects.push_back(text.AsWritten());
+  }
+  FUZZ_CHECK(TAMU_WriteObject(kind, record, AsTamuWchar(reading->appended_path), 0) == TAMU_OK);
   return 0;
 }
 
-uint32_t OnObjectAgain(ObjectKind, ObjectRecord* record, TamuResult status, void* user) {
+uint32_t OnObjectAgain(ObjectKind kind, ObjectRecord* record, TamuResult status, void* user) {
   FUZZ_CHECK(status == TAMU_PARSE_OK);
-  static_cast<std::vector<std::string>*>(user)->push_back(Describe(record->contact).content);
+  static_cast<std::vector<std::string>*>(user)->push_back(RecordText(kind, *record).text());
   return 0;
 }
 
 // While memory runs out a record may be incomplete, but never damaged.
 uint32_t OnObjectInNeed(ObjectKind kind, ObjectRecord* record, TamuResult, void*) {
   (void)TAMU_GetObjectName(kind, record, nullptr, 0);
-  if (kind != KIND_CONTACT) return 0;
-  for (const VcardRow& row : VCARD_Rows()) {
-    for (Property* property = record->contact.*row.field; property; property = property->next) {
+  VisitProperties(kind, *record, [](std::string_view, Property* property, bool, std::uint32_t) {
+    for (; property != nullptr; property = property->next) {
       platform::BStr text;
       PROP_GetWide(property, 0, &text);
     }
-  }
+  });
   return 0;
 }
 
@@ -148,9 +98,9 @@ bool IsResultOfReading(TamuResult result) {
 
 void ReadAndReadAgain(const MemoryFile& memory) {
   const MemoryFile copy;
-  const MemoryFile others;
+  const MemoryFile appended;
   Reading reading;
-  reading.others_path = others.path();
+  reading.appended_path = appended.path();
   {
     File rewritten;
     FUZZ_CHECK(rewritten.Open(copy.path(), u"w"));
@@ -159,13 +109,13 @@ void ReadAndReadAgain(const MemoryFile& memory) {
         IsResultOfReading(TAMU_ReadObjects(AsTamuWchar(memory.path()), &OnObject, &reading)));
     FUZZ_CHECK(rewritten.Close());
   }
-  if (reading.others) {
-    FUZZ_CHECK(IsResultOfReading(TAMU_ReadObjects(AsTamuWchar(others.path()), nullptr, nullptr)));
+  if (reading.any) {
+    FUZZ_CHECK(IsResultOfReading(TAMU_ReadObjects(AsTamuWchar(appended.path()), nullptr, nullptr)));
   }
-  if (reading.contacts.empty()) return;
+  if (reading.objects.empty()) return;
   std::vector<std::string> again;
   FUZZ_CHECK(TAMU_ReadObjects(AsTamuWchar(copy.path()), &OnObjectAgain, &again) == TAMU_OK);
-  FUZZ_CHECK(again == reading.contacts);
+  FUZZ_CHECK(again == reading.objects);
 }
 
 void ReadInNeed(const MemoryFile& memory, std::uint64_t nth, bool and_after) {

@@ -83,6 +83,9 @@ class DispatchObject : public ComObject<Derived, Interface> {
                                          std::uint32_t*) override {
     return platform::hr::kNotImplemented;
   }
+
+ protected:
+  ~DispatchObject() = default;
 };
 
 }  // namespace tamu::device

@@ -1,4 +1,5 @@
 // The device of a build without a database: it has no stores.
+#include "device/batch.h"
 #include "platform/linux/class_table.h"
 
 namespace tamu::platform {
@@ -9,3 +10,13 @@ const DeviceProvider& ProvidedDevice() noexcept {
 }
 
 }  // namespace tamu::platform
+
+namespace tamu::device {
+
+Batch::Batch() noexcept = default;
+Batch::~Batch() = default;
+platform::HRESULT Batch::Begin() noexcept { return platform::hr::kNotImplemented; }
+platform::HRESULT Batch::Commit() noexcept { return platform::hr::kUnexpected; }
+platform::HRESULT Batch::Rollback() noexcept { return platform::hr::kUnexpected; }
+
+}  // namespace tamu::device

@@ -50,9 +50,8 @@ TamuResult OBJECTS_ReadAll(const ObjectLoop& loop, File* file, ReadCallback call
       return result;
     }
     if (result == TAMU_PARSE_WARNING) kept = TAMU_PARSE_WARNING;
-    if (loop.kind_of == nullptr) continue;
-    if (callback != nullptr) callback(kind, record, kept, user);
-    RECORD_Free(kind, record);
+    if (loop.kind_of != nullptr && callback != nullptr) callback(kind, record, kept, user);
+    RECORD_Free(kind, record);  // a calendar's last lines too, which belong to no component
   }
 }
 

@@ -1,6 +1,7 @@
 // formats/shared_record.h - the one record that all readers fill, object after object.
-//   Between objects it is all zero: a reader frees it after each callback and whenever it gives up,
-//   and RECORD_Free leaves it so. It is not cleared again, as that costs as much as reading a card.
+//   Between objects it is all zero: a reader frees it after each callback, at the end of a calendar,
+//   whose last lines may belong to no component, and whenever it gives up, and RECORD_Free leaves it
+//   so. It is not cleared again, as that costs as much as reading a card.
 //   It makes reading non-re-entrant: a callback must not read another file.
 #ifndef TAMU_FORMATS_SHARED_RECORD_H_
 #define TAMU_FORMATS_SHARED_RECORD_H_

@@ -52,6 +52,15 @@ extern Service<std::int32_t(const SYSTEMTIME* time, double* date)> SystemTimeToV
 // Rounds to whole seconds.
 extern Service<std::int32_t(double date, SYSTEMTIME* time)> VariantTimeToSystemTime;
 
+inline constexpr std::uint32_t kLocaleUserDefault = 0x0400;
+
+// The date as the user's locale writes it (LC_ALL, LC_TIME or LANG): date and time, the date alone
+// at midnight, the time alone on day 0. `*text` receives a counted string for the caller to free.
+// Returns 0, or a negative result with a null text: no date (0x80070057), no memory (0x8007000E).
+extern Service<std::int32_t(double date, std::uint32_t locale, std::uint32_t flags,
+                            char16_t** text)>
+    VarBstrFromDate;
+
 }  // namespace tamu::platform
 
 #endif  // TAMU_PLATFORM_TIME_H_

@@ -15,6 +15,7 @@
 #include "core/log_format.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
+#include "support/collector_port.h"
 #include "support/log_capture.h"
 #include "support/scratch_folder.h"
 #include "tamu/tamu.h"
@@ -213,6 +214,7 @@ TEST_F(LogTest, OpeningLogsThatTheObjectModelIsNotThere) {
 
 // Over the system's own sockets. The port is the same for everyone, so wait for it.
 TEST(LogOverLoopback, TheLineArrivesAtTheCollector) {
+  const ScopedCollectorPort port;
   const int collector = ::socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;

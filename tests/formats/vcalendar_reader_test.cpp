@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "core/records.h"
 #include "support/log_capture.h"
@@ -129,6 +130,33 @@ TEST(VcalReadCalendar, EveryWayToBeIncompleteIsTheVersionMessage) {
   }
 }
 
+TEST(VcalReadCalendar, AnyEndEndsIt) {
+  EXPECT_EQ(ReadObjectsOf("BEGIN:VCALENDAR\r\nVERSION:1.0\r\n" + Event() + "END:VEVENT\r\n" +
+                          Calendar(ToDo()))
+                .objects.size(),
+            2U);
+}
+
+TEST(VcalReadCalendar, TwentyFiveCharactersOfTheVersionAreKeptAndTested) {
+  const std::string kept = "1." + std::string(23, '0');
+  const ObjectReading reading = ReadObjectsOf("BEGIN:VCALENDAR\r\nVERSION: " + kept + "1\r\n" +
+                                              Event() + "END:VCALENDAR\r\n");
+  EXPECT_EQ(reading.objects.at(0).version, kept);
+  const LogCapture log;
+  ReadObjectsOf("BEGIN:VCALENDAR\r\nVERSION:2" + kept + "\r\n");
+  EXPECT_TRUE(
+      log.Has("TAMU:  Error - vCalendar version '2" + kept.substr(0, 24) + "' is not supported"));
+}
+
+TEST(VcalReadCalendar, IdentifiersAreCutToTheirField) {
+  const std::string whole(600, 'x');
+  const ObjectReading reading = ReadObjectsOf(
+      Calendar("X-IRMC-LUID:" + whole + "\r\n" + Event() + Event("X-IRMC-LUID:" + whole + "\r\n")));
+  ASSERT_EQ(reading.objects.size(), 2U);
+  EXPECT_EQ(reading.objects[0].luid, whole.substr(0, 511));
+  EXPECT_EQ(reading.objects[1].luid, whole.substr(0, 511));
+}
+
 TEST(VcalReadCalendar, BlankLinesAndUnknownPropertiesWarn) {
   const LogCapture log;
   const ObjectReading reading =
@@ -153,6 +181,16 @@ TEST(VcalReadCalendar, TheIdentifierAndVersionBelongToTheNextComponentAlone) {
   EXPECT_EQ(reading.objects[2].luid, "own");
 }
 
+TEST(VcalReadCalendar, WhatStandsBehindTheLastComponentIsNotTheNextCalendars) {
+  const ObjectReading reading =
+      ReadObjectsOf("BEGIN:VCALENDAR\r\n" + Event() +
+                    "VERSION:1.0\r\nX-IRMC-LUID:late\r\nEND:VCALENDAR\r\nBEGIN:VCALENDAR\r\n" +
+                    Event() + "VERSION:0.9\r\nX-IRMC-LUID:later\r\nEND:VCALENDAR\r\n");
+  ASSERT_EQ(reading.objects.size(), 2U);
+  EXPECT_EQ(reading.objects[1].luid, "");
+  EXPECT_EQ(reading.objects[1].version, "");
+}
+
 TEST(VcalReadCalendar, AComponentsOwnIdentifierReplacesTheCalendars) {
   const ObjectReading reading =
       ReadObjectsOf(Calendar("X-IRMC-LUID:a\r\n" + Event("X-IRMC-LUID:b c\r\n")));
@@ -170,6 +208,21 @@ TEST(VcalReadComponent, NestedObjectsAreSkippedToTheirEnd) {
                              "TAMU:  Warning - vCalendar contains unknown property: 'X-DEEP'"});
 }
 
+TEST(VcalReadComponent, AnythingNestedInAnEventIsSkippedToo) {
+  for (const char* value : {"VALARM", "VEVENT", ""}) {
+    const LogCapture log;
+    const ObjectReading reading = ReadObjectsOf(
+        Calendar(Event(std::string("BEGIN:") + value +
+                       "\r\nSUMMARY:no\r\nX-IRMC-LUID:no\r\nEND:\r\nCLASS:PUBLIC\r\n")));
+    ASSERT_EQ(reading.objects.size(), 1U) << value;
+    EXPECT_EQ(reading.objects[0].status, TAMU_PARSE_OK);
+    EXPECT_EQ(reading.objects[0].luid, "");
+    EXPECT_TRUE(Has(reading.objects[0], "SUMMARY:"));
+    EXPECT_TRUE(Has(reading.objects[0], "CLASS:PUBLIC"));
+    EXPECT_TRUE(log.lines().empty());
+  }
+}
+
 TEST(VcalReadComponent, AMissingEndIsAnErrorAndTheComponentIsNotDelivered) {
   const LogCapture log;
   const ObjectReading reading =
@@ -181,12 +234,14 @@ TEST(VcalReadComponent, AMissingEndIsAnErrorAndTheComponentIsNotDelivered) {
 }
 
 TEST(VcalReadComponent, AnEventNeedsDescriptionAndStart) {
-  const LogCapture log;
-  const ObjectReading reading =
-      ReadObjectsOf(Calendar("BEGIN:VEVENT\r\nDTSTART:x\r\nEND:VEVENT\r\n"));
-  EXPECT_EQ(reading.objects.at(0).status, TAMU_PARSE_WARNING);
-  EXPECT_EQ(log.texts(), std::vector<std::string>{kMandatory});
-  EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
+  for (const char* only : {"DTSTART:x\r\n", "DESCRIPTION:x\r\n"}) {
+    const LogCapture log;
+    const ObjectReading reading =
+        ReadObjectsOf(Calendar(std::string("BEGIN:VEVENT\r\n") + only + "END:VEVENT\r\n"));
+    EXPECT_EQ(reading.objects.at(0).status, TAMU_PARSE_WARNING) << only;
+    ASSERT_EQ(log.texts(), std::vector<std::string>{kMandatory}) << only;
+    EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
+  }
 }
 
 // A to-do needs seven properties, COMPLETED among them. Kept on purpose.
@@ -236,6 +291,19 @@ TEST(VcalReadComponent, AToDoHasNeitherLocationNorAllDay) {
   EXPECT_TRUE(log.lines().empty());
 }
 
+uint32_t KeepAllDay(ObjectKind, ObjectRecord* record, TamuResult, void* user) {
+  *static_cast<std::uint8_t*>(user) = record->event.all_day;
+  return 0;
+}
+
+TEST(VcalReadComponent, AToDosRecordIsZeroWhereAnEventsSaysAllDay) {
+  const ScratchFolder folder;
+  const std::u16string path = folder.Put("a", Calendar(ToDo("X-BLUETOOTH-ALLDAYEVENT:TRUE\r\n")));
+  std::uint8_t all_day = 9;
+  TAMU_ReadObjects(reinterpret_cast<const TamuWchar*>(path.c_str()), &KeepAllDay, &all_day);
+  EXPECT_EQ(all_day, 0U);
+}
+
 TEST(VcalReadComponent, BlanksInNamesAndParametersGoAndThoseInValuesStay) {
   const ObjectReading reading = ReadObjectsOf(Calendar(Event("SUM MARY; X = Y :a b\r\n")));
   EXPECT_TRUE(Has(reading.objects.at(0), "SUMMARY;X=Y:a b"));
@@ -243,10 +311,10 @@ TEST(VcalReadComponent, BlanksInNamesAndParametersGoAndThoseInValuesStay) {
 
 TEST(VcalReadComponent, RepeatedPropertiesAndAllComponentsAreKept) {
   const ObjectReading reading = ReadObjectsOf(Calendar(
-      Event("ATTENDEE:one\r\nATTENDEE;ROLE=OWNER:two\r\nCATEGORIES:a;b;c;d;e;f;g;h;i\r\n")));
+      Event("ATTENDEE:one\r\nATTENDEE;ROLE=OWNER:two\r\nCATEGORIES:a;b;c;d;e;f;g;h;i;j;k;l\r\n")));
   EXPECT_NE(reading.objects.at(0).written.find("ATTENDEE:one\nATTENDEE;ROLE=OWNER:two\n"),
             std::string::npos);
-  EXPECT_TRUE(Has(reading.objects[0], "CATEGORIES:a;b;c;d;e;f;g;h;i"));
+  EXPECT_TRUE(Has(reading.objects[0], "CATEGORIES:a;b;c;d;e;f;g;h;i;j;k;l"));
 }
 
 TEST(VcalReadComponent, TheOtherKindsPropertiesAreReadAndFreed) {
@@ -310,6 +378,61 @@ TEST(VcalRead, WhenAnyAllocationFailsNothingIsLeftAndReadingEnds) {
       if (!struck) break;
     }
   }
+}
+
+uint32_t KeepStatus(ObjectKind, ObjectRecord*, TamuResult status, void* user) {
+  static_cast<std::vector<TamuResult>*>(user)->push_back(status);
+  return 0;
+}
+
+std::string NoMemoryFor(const std::string& line) {
+  return "TAMU:  Memory allocation of " + std::to_string(line.size() + 1) +
+         " bytes failed in 'FileLine'";
+}
+
+TEST(VcalRead, ALineWithoutMemoryIsAWarningInACalendarAndAnErrorInFrontOfOne) {
+  const std::string begin = "BEGIN:VCALENDAR\r\n";
+  const std::string in_calendar = "DUE:1\r\n";
+  const std::string in_event = "SUMMARY:1\r\n";
+  const std::string content =
+      begin + in_calendar + "VERSION:1.0\r\n" + Event(in_event) + "END:VCALENDAR\r\n";
+  const ScratchFolder folder;
+  const std::u16string path = folder.Put("a", content + Calendar(Event()));
+  int warnings = 0;
+  std::vector<std::size_t> objects_before_errors;
+  for (std::uint64_t n = 1;; ++n) {
+    ASSERT_LT(n, 300U);
+    const LogCapture log;
+    std::vector<TamuResult> statuses;
+    MEM_FailNth(n);
+    const TamuResult result =
+        TAMU_ReadObjects(reinterpret_cast<const TamuWchar*>(path.c_str()), &KeepStatus, &statuses);
+    const bool struck = MEM_FailureStruck();
+    MEM_FailNth(0);
+    if (!struck) break;
+    if (log.Has(NoMemoryFor(begin)) || log.Has(NoMemoryFor(""))) {
+      EXPECT_EQ(result, TAMU_PARSE_ERROR);
+      objects_before_errors.push_back(statuses.size());
+    }
+    if (log.Has(NoMemoryFor(in_calendar)) || log.Has(NoMemoryFor(in_event))) {
+      EXPECT_EQ(result, TAMU_OK);
+      EXPECT_EQ(statuses, (std::vector<TamuResult>{TAMU_PARSE_WARNING, TAMU_PARSE_OK}));
+      ++warnings;
+    }
+  }
+  EXPECT_EQ(warnings, 2);
+  EXPECT_EQ(objects_before_errors, (std::vector<std::size_t>{0, 1, 2}));
+}
+
+TEST(VcalRead, AtTheEndOfTheFileThereIsNothingToRead) {
+  const ScratchFolder folder;
+  File file;
+  ASSERT_EQ(FILE_Open(folder.Put("a", "").c_str(), u"rb", &file), 0U);
+  EXPECT_LT(file.GetChar(), 0);
+  const LogCapture log;
+  EXPECT_EQ(VCAL_Read(&file, nullptr, nullptr), TAMU_PARSE_ERROR);
+  EXPECT_TRUE(log.lines().empty());
+  FILE_Close(&file, u"a");
 }
 
 TEST(VcalRead, TruncationAnywhereLeavesNothing) {

@@ -75,6 +75,32 @@ TEST(VnoteReadBody, AVersionInsideANestedBlockCountsAsSeenAndIsNotChecked) {
   EXPECT_EQ(reading.objects[0].written, "BEGIN:VNOTE\nVERSION:\nBODY:\nEND:VNOTE\n");
 }
 
+TEST(VnoteReadBody, NestedBlocksAreSkippedToTheirEnd) {
+  const ObjectReading reading = ReadObjectsOf(Note(
+      "BEGIN:A\r\nBEGIN:B\r\nX-IRMC-LUID:no\r\nEND:B\r\nBODY:no\r\nEND:A\r\nCLASS:PUBLIC\r\n"));
+  ASSERT_EQ(reading.objects.size(), 1U);
+  EXPECT_EQ(reading.objects[0].written,
+            "BEGIN:VNOTE\nVERSION:1.1\nBODY:\nCLASS:PUBLIC\nEND:VNOTE\n");
+}
+
+TEST(VnoteReadBody, VersionAndIdentifierAreCutToTheirFields) {
+  const std::string version = "1." + std::string(23, '0');
+  const std::string luid(600, 'x');
+  const ObjectReading reading = ReadObjectsOf(Note("X-IRMC-LUID:" + luid + "\r\n", version + "1"));
+  EXPECT_EQ(reading.objects.at(0).version, version);
+  EXPECT_EQ(reading.objects[0].luid, luid.substr(0, 511));
+  const LogCapture log;
+  ReadObjectsOf(Note("", "2" + version));
+  EXPECT_TRUE(
+      log.Has("TAMU:  Error - vNote version '2" + version.substr(0, 24) + "' is not supported"));
+}
+
+TEST(VnoteReadBody, AllComponentsAreKept) {
+  const ObjectReading reading = ReadObjectsOf(Note("BODY:a;b;c;d;e;f;g;h;i;j;k;l\r\n"));
+  EXPECT_EQ(reading.objects.at(0).written,
+            "BEGIN:VNOTE\nVERSION:1.1\nBODY:a;b;c;d;e;f;g;h;i;j;k;l\nEND:VNOTE\n");
+}
+
 TEST(VnoteReadBody, WithoutEndOrVersionItIsAnError) {
   for (const char* content :
        {"BEGIN:VNOTE\r\nVERSION:1.1\r\nBODY:a\r\n", "BEGIN:VNOTE\r\nBODY:a\r\nEND:VNOTE\r\n"}) {

@@ -116,6 +116,7 @@ TEST_F(DateFromIso8601, NumbersReadAsTheCLibrarysDo) {
   ExpectRead("20030102T-1", kDateInvalid);
   ExpectRead("-9990101", kDateInvalid);
   ExpectRefused("20031- 2");
+  ExpectRefused("20031231T1200001Z");
 }
 
 TEST_F(DateFromIso8601, ImpossibleFieldsGiveAnInvalidValueWithoutALine) {

@@ -75,6 +75,7 @@ TEST_F(DateFromRfc822, YearsOfTwoDigitsAre1980To2079) {
   ExpectRead("Wed, 31 Dec 03 23:59:59", Date(2003, 12, 31, 23, 59, 59));
   ExpectRead("Wed, 31 Dec 79 00:00:00", Date(2079, 12, 31));
   ExpectRead("Wed, 31 Dec 80 00:00:00", Date(1980, 12, 31));
+  ExpectRead("Wed, 31 Dec 3 00:00:00", kDateInvalid);
   ExpectRead("Wed, 31 Dec 003 00:00:00", kDateInvalid);
   ExpectRead("Wed, 31 Dec 103 00:00:00", Date(103, 12, 31));
 }

@@ -214,6 +214,20 @@ TEST(Check, GarbageIsCheckedAndSafeToShow) {
   }
 }
 
+TEST(Check, HeaderOfAMailInUtf8IsToldWhereTheDeviceIsNot) {
+  Program program;
+  program.Set("LC_ALL", "C");
+  program.Write("a.vmg",
+                "BEGIN:VMSG\r\nVERSION:1.1\r\nBEGIN:VENV\r\nBEGIN:VBODY\r\nSubject: J\xC3\xB6rg\r\n"
+                "Content-Type: text/plain; charset=UTF-8\r\n\r\nJ\xC3\xB6rg\r\nEND:VBODY\r\n"
+                "END:VENV\r\nEND:VMSG\r\n");
+  EXPECT_EQ(program.Run({"check", "a.vmg"}).out,
+            "a.vmg:5: warning: the value of 'Subject' looks like UTF-8, but names no character set "
+            "and is read in code page 1252. Write it in that code page [unannounced-utf8]\n");
+  program.Set("LC_ALL", "C.UTF-8");
+  EXPECT_EQ(program.Run({"check", "a.vmg"}).exit_code, 0);
+}
+
 TEST(Check, LineOfAMegabyteIsChecked) {
   const Program program;
   program.Write("a.vcf", Card("A\r\nNOTE:" + std::string(1000000, 'x') + ";y"));

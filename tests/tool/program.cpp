@@ -143,7 +143,7 @@ pid_t Program::Start(const std::vector<std::string>& arguments, int* input) cons
   const pid_t child = ::fork();
   if (child == 0) {
     ::dup2(ends[0], STDIN_FILENO);
-    Redirect("/dev/null", O_WRONLY, STDOUT_FILENO);
+    Redirect(output_.empty() ? "/dev/null" : output_, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     Redirect("/dev/null", O_WRONLY, STDERR_FILENO);
     Become(arguments);
   }

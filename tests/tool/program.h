@@ -49,7 +49,7 @@ class Program {
 
   [[nodiscard]] ProgramResult Run(const std::vector<std::string>& arguments) const;
   // Starts the program and does not wait; its standard input is the read end of a pipe whose write
-  // end is stored.
+  // end is stored; standard output goes to SetOutput's file or nowhere.
   [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments, int* input) const;
 
  private:

@@ -111,6 +111,11 @@ Json PropertiesAsWritten(const Json& properties, const Writing& writing) {
   return written;
 }
 
+bool IsMultipart(const std::string& content_type) {
+  const std::size_t place = content_type.find("multipart");
+  return place != std::string::npos && content_type.find("boundary", place) != std::string::npos;
+}
+
 // The first part alone is written, with a line end behind its text; a temporary file is not, and
 // comes back empty.
 void MakeMessageAsWritten(Json* record) {
@@ -123,6 +128,7 @@ void MakeMessageAsWritten(Json* record) {
     (*record)[list] = kept;
   }
   Json& part = (*record)["parts"][0];
+  if (IsMultipart(part["contentType"])) part["contentType"] = "";
   if (!part["fileSize"].is_null()) part["fileSize"] = 0;
   if (!part["value"].is_null()) part["value"] = part["value"].get<std::string>() + "\n";
   if (!part["text"].is_null()) part["text"] = part["text"].get<std::string>() + "\n";

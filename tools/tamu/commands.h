@@ -46,6 +46,22 @@ struct CheckOptions {
 // Prints the texts of result codes.
 [[nodiscard]] int COMMAND_Code(const std::vector<std::uint32_t>& codes, Console* console);
 
+// Shows the device's settings.
+[[nodiscard]] int COMMAND_ConfigList(bool json, Console* console);
+// Prints the value of one setting, its default when it is not set.
+[[nodiscard]] int COMMAND_ConfigGet(const std::string& name, Console* console);
+// Changes a setting.
+[[nodiscard]] int COMMAND_ConfigSet(const std::string& name, const std::string& value,
+                                    Console* console);
+
+struct LogOptions {
+  bool raw = false;
+  bool json = false;
+  std::uint64_t count = 0;  // lines until the end, 0 for no end
+};
+// Receives diagnostic lines and prints them.
+[[nodiscard]] int COMMAND_Log(const LogOptions& options, Console* console);
+
 }  // namespace tamu::tool
 
 #endif  // TAMU_TOOLS_COMMANDS_H_

@@ -32,6 +32,9 @@ class Console {
   // The same, behind "tamu: ".
   void TellError(std::string_view line) noexcept;
 
+  // Brings what was printed to its reader: for output that comes now and then.
+  void Flush() noexcept { FlushOutput(); }
+
   // Ends the program when output cannot be written any more: for loops that nothing else can stop.
   void ExitIfBroken() noexcept;
 

@@ -4,6 +4,7 @@
 
 #include "card_scan.h"
 #include "display_text.h"
+#include "formats/vmessage_multipart.h"
 #include "message_scan.h"
 #include "object_scan.h"
 #include "object_view.h"
@@ -74,6 +75,10 @@ std::vector<std::string> Losses::Texts() const {
   AddCount(mails, {"mail behind the first of its message", "mails behind the first of a message"},
            &texts);
   AddCount(parts, {"part behind the first of a mail", "parts behind the first of a mail"}, &texts);
+  AddCount(frames,
+           {"content type of a mail that is multipart no more",
+            "content types of mails that are multipart no more"},
+           &texts);
   AddCount(attachments, {"attachment", "attachments"}, &texts);
   AddText("parts of the value beyond those that are kept: ", components.Text(), &texts);
   AddText("parameters beyond 127 characters: ", parameters.Text(), &texts);
@@ -89,8 +94,14 @@ void LOSSES_AddFile(const ObjectName& object_name, File* file, std::uint64_t end
   }
 }
 
+bool MESSAGE_SaysMultipart(const MessageShape& message) noexcept {
+  VmsgBoundary boundary;
+  return VMSG_FindBoundary(message.body.content_type, &boundary);
+}
+
 void LOSSES_AddMessage(const MessageShape& message, Losses* losses) {
   if (message.mime_version[0] != '\0') losses->misplaced.Add("Mime-Version");
+  if (MESSAGE_SaysMultipart(message)) ++losses->frames;
   for (const BodyPart* part = &message.body; part != nullptr; part = part->next) {
     if (part->temp_file[0] != 0) ++losses->attachments;
     if (part != &message.body) ++losses->parts;

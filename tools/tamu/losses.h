@@ -37,6 +37,7 @@ struct Losses {
   std::uint64_t cards = 0;   // cards of senders and recipients in messages
   std::uint64_t mails = 0;   // of a message, behind the first
   std::uint64_t parts = 0;   // of a mail, behind the first
+  std::uint64_t frames = 0;  // content types of multipart mails, of which a text alone is left
   std::uint64_t attachments = 0;  // contents that reading put into temporary files
 
   // What there is to say, a text a line.
@@ -47,6 +48,10 @@ struct Losses {
 // an object ends.
 void LOSSES_AddFile(const ObjectName& object_name, File* file, std::uint64_t end_offset,
                     Losses* losses);
+
+// True for a mail whose first part has no content type of its own, so that the mail's stands there
+// still. Written with it, the text alone would be looked through for parts, in vain.
+[[nodiscard]] bool MESSAGE_SaysMultipart(const MessageShape& message) noexcept;
 
 // Adds what a message's record holds that is not written.
 void LOSSES_AddMessage(const MessageShape& message, Losses* losses);

@@ -51,7 +51,8 @@ constexpr ServiceBase* kServices[] = {
     &FileTimeToLocalFileTime,
     &LocalFileTimeToFileTime,
     &SystemTimeToVariantTime,
-    &VariantTimeToSystemTime,  // time
+    &VariantTimeToSystemTime,
+    &VarBstrFromDate,  // time
 };
 
 }  // namespace

@@ -31,6 +31,22 @@ bool EndsInSoftBreak(std::string_view content) noexcept {
   return row % 2 != 0;
 }
 
+// Whether a line ends in "=?charset?encoding?text?=" (RFC 2047), whatever its words are: even where
+// an "=" at the end breaks the line, such a one was meant otherwise.
+bool EndsInEncodedWord(std::string_view content) noexcept {
+  if (!content.ends_with("?=")) return false;
+  content.remove_suffix(2);
+  // From its end: the text, the letter of the encoding, the character set.
+  const std::size_t encoding_end = content.rfind('?');
+  if (encoding_end == std::string_view::npos || encoding_end < 2) return false;
+  if (content[encoding_end - 2] != '?') return false;
+  content.remove_suffix(content.size() - (encoding_end - 2));
+  const std::size_t begin = content.rfind("=?");
+  if (begin == std::string_view::npos) return false;
+  const std::string_view charset = content.substr(begin + 2);
+  return !charset.empty() && charset.find_first_of("? \t") == std::string_view::npos;
+}
+
 // True for lines that no text is likely to hold: "END:VCARD", "BEGIN:VEVENT".
 bool IsBoundary(std::string_view content) noexcept {
   return content.starts_with("BEGIN:V") || content.starts_with("END:V");
@@ -67,12 +83,18 @@ class BytesCheck {
       walk_->AddAt(number_, FindingKind::kLoneCarriageReturn);
     }
     joined_ = EndsInSoftBreak(line.content);
-    if (joined_ && !encoded_) {
-      walk_->AddAt(number_, rest.empty() ? FindingKind::kFinalEquals : FindingKind::kJoinedLine);
-    }
+    if (joined_) CheckJoin(line.content, rest.empty());
     if (first && line.content.empty() && !rest.empty()) {
       walk_->AddAt(number_, FindingKind::kFoldedBlank);
     }
+  }
+
+  void CheckJoin(std::string_view content, bool ends_file) {
+    const bool is_word = EndsInEncodedWord(content);
+    if (encoded_ && !is_word) return;
+    walk_->AddAt(number_, ends_file ? FindingKind::kFinalEquals
+                          : is_word ? FindingKind::kJoinedWord
+                                    : FindingKind::kJoinedLine);
   }
 
   CheckWalk* walk_;

@@ -61,6 +61,7 @@ class ContentWalk {
       if (found && last != nullptr) *last = line.substr(marker.size()) == "--";
       if (!found && !raw.empty()) TakeLine(line, raw);
     }
+    CheckText();
     // The library tells of a content by its first line.
     walk_->SetNumber(begin_line_);
     if (!walk_->AtEnd()) return true;
@@ -81,11 +82,20 @@ class ContentWalk {
     CheckCut(line, raw);
     if (use_ == ContentUse::kBase64) TellOnce(FindingKind::kBase64, line);
     if (use_ != ContentUse::kText) return;
-    if (line.ends_with('=')) {
-      line.remove_suffix(1);
-      if (!reading_.quoted_printable) walk_->Add(FindingKind::kJoinedLine);
-    }
-    text_.Take(line);
+    if (joined_.empty()) joined_line_ = walk_->number();
+    const bool joins = line.ends_with('=');
+    if (joins) line.remove_suffix(1);
+    joined_ += line;
+    if (!joins) return CheckText();
+    if (!reading_.quoted_printable) walk_->Add(FindingKind::kJoinedLine);
+  }
+
+  // Lines that are joined are looked at as one: their ends may stand inside of a character.
+  void CheckText() {
+    if (joined_.empty()) return;
+    walk_->SetNumber(joined_line_);
+    text_.Take(joined_);
+    joined_.clear();
   }
 
   // What stands behind a carriage return or a NUL.
@@ -109,6 +119,8 @@ class ContentWalk {
   TextReading reading_;
   TextCheck text_;
   std::uint32_t begin_line_;
+  std::string joined_;  // the text that goes on in the next line
+  std::uint32_t joined_line_ = 0;
   bool told_ = false;
 };
 
@@ -161,7 +173,7 @@ class PartsWalk {
         walk_->Add(FindingKind::kPartHeader, {"'" + SHOWN_Text(name) + "' is no header of one"});
         return false;
       }
-      LENGTH_Check(walk_, line.value, row->kept);
+      HEADER_Check(walk_, *row);
       if (!VMSG_KeepValue(*row, line.value, message_, part)) {
         walk_->Add(FindingKind::kPartHeader, {"the value of '" + SHOWN_Text(name) + "' is cut"});
         return false;
@@ -205,22 +217,35 @@ class MailWalk {
   }
 
   void TakeHeader(const VmsgRow& row) {
-    const SourceLine& line = walk_->line();
-    HEAD_Check(walk_);
-    LENGTH_Check(walk_, line.value, row.kept);
+    HEADER_Check(walk_, row);
     HEADER_Keep(walk_, row, message_, &message_->body);
+    if (!VMSG_IsPartHeader(row.code)) CheckText(row);
     if (row.code == VmsgCode::kDate) MAILDATE_Check(walk_, message_->date);
     if (row.code == VmsgCode::kContentType) {
+      type_line_ = walk_->number();
       CheckContentType(walk_, message_->body.content_type);
     }
   }
 
+  // What is kept of a header is read in the device's own code page.
+  void CheckText(const VmsgRow& row) {
+    TextReading reading;
+    reading.code_page = CHARSET_GetNativeCodePage();
+    reading.advice = "Write it in that code page";
+    TextCheck text(walk_, reading, "the value of '" + std::string(row.name) + "'");
+    text.Take(row.field(message_, &message_->body));
+  }
+
   void TakeContent() {
     ended_ = true;
+    const char* const type = message_->body.content_type;
     VmsgBoundary boundary;
-    if (VMSG_FindBoundary(message_->body.content_type, &boundary)) {
+    if (VMSG_FindBoundary(type, &boundary)) {
       read_ = PartsWalk(walk_, message_, boundary).Run();
     } else {
+      if (STR_BeginsNoCase(type + std::strspn(type, " \t"), "MULTIPART/")) {
+        walk_->AddAt(type_line_, FindingKind::kMultipartAsText);
+      }
       ContentWalk(walk_, message_->body, 1).Run(kBodyEnd, nullptr);
     }
   }
@@ -228,6 +253,7 @@ class MailWalk {
   CheckWalk* walk_;
   MessageShape* message_;
   std::uint32_t begin_line_;
+  std::uint32_t type_line_ = 0;
   bool read_ = true;
   bool ended_ = false;
 };

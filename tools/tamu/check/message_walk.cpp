@@ -103,6 +103,9 @@ class MessageWalk {
     } else if (!envelope_seen_) {
       walk_->Add(FindingKind::kMissingEnvelope, {std::to_string(begin_line_)});
       walk_->Stop();
+    } else if (!version_seen_) {
+      walk_->Add(FindingKind::kMissingMandatory,
+                 {"message", std::to_string(begin_line_), "VERSION"});
     }
   }
 
@@ -113,8 +116,9 @@ class MessageWalk {
     LINE_StripBlanks(line.value);
     const VmsgRow* const row = VMSG_FindRow(LINE_StripBlanks(line.name.data()));
     if (row == nullptr) return UNKNOWN_Add(walk_);
-    LENGTH_Check(walk_, line.value, row->kept);
     const std::string_view kept = std::string_view(line.value).substr(0, row->kept);
+    const bool is_field = row->field != nullptr && !VMSG_IsMailHeader(row->code);
+    is_field ? HEADER_Check(walk_, *row) : LENGTH_Check(walk_, line.value, row->kept);
     if (row->code == VmsgCode::kBegin) {
       TakeBegin(kept);
     } else if (row->code == VmsgCode::kEnd) {
@@ -128,18 +132,17 @@ class MessageWalk {
   }
 
   void TakeField(const VmsgRow& row) {
-    HEAD_Check(walk_);
     HEADER_Keep(walk_, row, message_.get(), &message_->body);
-    if (row.code == VmsgCode::kVersion &&
-        !VERSION_Check(walk_, {"message", kVmessageVersion, kVersionKept})) {
-      walk_->Stop("VMSG");
-    }
+    if (row.code != VmsgCode::kVersion) return;
+    version_seen_ = true;
+    if (!VERSION_Check(walk_, {"message", kVmessageVersion, kVersionKept})) walk_->Stop("VMSG");
   }
 
   void TakeBegin(std::string_view object) {
     if (object == "VCARD") {
       DropCard(walk_, message_.get());
     } else if (object == "VENV") {
+      if (envelope_seen_) walk_->Add(FindingKind::kSecondEnvelope);
       envelope_seen_ = true;
       EnvelopeWalk(walk_, message_.get()).Run();
     } else {
@@ -152,6 +155,7 @@ class MessageWalk {
   CheckWalk* walk_;
   std::uint32_t begin_line_;
   std::unique_ptr<MessageShape> message_;  // what the library would keep
+  bool version_seen_ = false;
   bool envelope_seen_ = false;
   bool ended_ = false;
 };
@@ -159,6 +163,17 @@ class MessageWalk {
 }  // namespace
 
 void MESSAGE_Walk(CheckWalk* walk) { MessageWalk(walk).Run(); }
+
+// Nobody looks at the parameters of a header, ENCODING and CHARSET neither.
+void HEADER_Check(CheckWalk* walk, const VmsgRow& row) {
+  const SourceLine& line = walk->line();
+  if (!line.has_colon) {
+    walk->Add(FindingKind::kNoColon, {std::string(row.name)});
+  } else if (line.params_length != 0) {
+    walk->Add(FindingKind::kHeaderParameters, {std::string(row.name)});
+  }
+  LENGTH_Check(walk, line.value, row.kept);
+}
 
 void HEADER_Keep(CheckWalk* walk, const VmsgRow& row, MessageShape* message, BodyPart* part) {
   const char* const field = row.field(message, part);

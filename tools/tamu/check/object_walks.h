@@ -19,6 +19,9 @@ void MESSAGE_Walk(CheckWalk* walk);
 // reads: where a part's header ends the reading of the parts.
 [[nodiscard]] bool MAIL_Walk(CheckWalk* walk, MessageShape* message);
 
+// A line that is kept in a message, a mail or a part: what of it is lost.
+void HEADER_Check(CheckWalk* walk, const VmsgRow& row);
+
 // Keeps a header's value where the library keeps it, in the message or the part. One that was there
 // is a finding.
 void HEADER_Keep(CheckWalk* walk, const VmsgRow& row, MessageShape* message, BodyPart* part);

@@ -101,7 +101,7 @@ void TextCheck::CheckCharacters() {
     Add(FindingKind::kUndecodable, {what_, code_page});
   } else if (!reading_.announced && reading_.code_page != kCodePageUtf8 &&
              Decodes(kCodePageUtf8, decoded_)) {
-    Add(FindingKind::kUnannouncedUtf8, {what_, code_page});
+    Add(FindingKind::kUnannouncedUtf8, {what_, code_page, std::string(reading_.advice)});
   }
 }
 

@@ -44,7 +44,8 @@ void ISODATE_Check(CheckWalk* walk, const char* text);
 struct TextReading {
   std::uint32_t code_page = 0;
   bool quoted_printable = false;
-  bool announced = false;  // by a CHARSET, known or not
+  bool announced = false;                         // by a CHARSET, known or not
+  std::string_view advice = "Add CHARSET=UTF-8";  // when it looks like UTF-8
 };
 
 // The code page that a CHARSET parameter's text names, known or not.

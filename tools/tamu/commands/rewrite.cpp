@@ -8,6 +8,7 @@
 #include "formats/object_file.h"
 #include "losses.h"
 #include "object_reader.h"
+#include "open_ends.h"
 #include "platform/last_error.h"
 #include "system/output_file.h"
 #include "text/tokens.h"
@@ -33,7 +34,8 @@ class Writer final : public ObjectHandler {
 
   void TakeObject(const DeliveredObject& object) override {
     CompleteVersion(object);
-    if (KIND_IsMessage(object.kind)) LOSSES_AddMessage(object.record->message, losses_);
+    if (KIND_IsMessage(object.kind)) LeaveOutParts(&object.record->message);
+    if (OPENENDS_Close(object.kind, object.record)) ++closed_;
     // Its result tells nothing of failed writes; the file does.
     const TamuResult result = FORMAT_Write(object.kind, out_, *object.record);
     if (result == TAMU_UNSUPPORTED_TYPE) ++not_written_;
@@ -48,8 +50,16 @@ class Writer final : public ObjectHandler {
   [[nodiscard]] std::uint64_t not_written() const noexcept { return not_written_; }
   // Objects that got a version, having none.
   [[nodiscard]] std::uint64_t completed() const noexcept { return completed_; }
+  // Objects with texts that would have swallowed the next line.
+  [[nodiscard]] std::uint64_t closed() const noexcept { return closed_; }
 
  private:
+  // What is left of a multipart mail is no multipart: as such it could not be read again.
+  void LeaveOutParts(MessageShape* message) {
+    LOSSES_AddMessage(*message, losses_);
+    if (MESSAGE_SaysMultipart(*message)) message->body.content_type[0] = '\0';
+  }
+
   // What is written without a version could not be read again. There is none in the second
   // component of a calendar, in a message whose VERSION stands before a card, and in a card or note
   // that is read on the strength of a nested object's VERSION.
@@ -86,6 +96,7 @@ class Writer final : public ObjectHandler {
   Console* console_;
   std::uint64_t not_written_ = 0;
   std::uint64_t completed_ = 0;
+  std::uint64_t closed_ = 0;
 };
 
 class Rewriter {
@@ -164,6 +175,7 @@ class Rewriter {
     }
     outcome->objects -= writer.not_written();
     completed_ = writer.completed();
+    closed_ = writer.closed();
     return true;
   }
 
@@ -186,6 +198,10 @@ class Rewriter {
       console_->Tell(out_.shown() + ": added: VERSION:" + kCompletedVersions[outcome.kind] +
                      " to " + KIND_Count(completed_, KIND_Words(outcome.kind)) + " that had none");
     }
+    if (closed_ != 0) {
+      console_->Tell(out_.shown() + ": added: a blank behind the '=' that ends a value, in " +
+                     KIND_Count(closed_, KIND_Words(outcome.kind)));
+    }
     AddLossesOfFile(outcome);
     for (const std::string& text : losses_.Texts()) {
       console_->Tell(out_.shown() + ": left out: " + text);
@@ -203,6 +219,7 @@ class Rewriter {
   InputFile in_;
   OutputFile out_;
   std::uint64_t completed_ = 0;
+  std::uint64_t closed_ = 0;
   Losses losses_;
 };
 

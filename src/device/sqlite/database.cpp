@@ -1,0 +1,281 @@
+#include "device/sqlite/database.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "device/sqlite/schema.h"
+#include "device/sqlite/session.h"
+#include "device/sqlite/statement.h"
+#include "platform/linux/atomic_file.h"
+#include "platform/linux/descriptor.h"
+#include "platform/linux/errors.h"
+
+namespace tamu::device {
+namespace {
+
+using platform::HRESULT;
+namespace hr = platform::hr;
+
+constexpr const char* kFileName = "/device.db";
+
+// A file that exists is not touched: closing any descriptor of it would take the locks away that
+// this process has on it.
+void MakeFile(const std::string& file) {
+  const int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+  const platform::Descriptor made(
+      platform::Uninterrupted([&] { return ::open(file.c_str(), flags, 0600); }));
+  if (!made && errno != EEXIST) throw FailureFromFileError(platform::ErrorForPath(errno, file));
+}
+
+std::int64_t MillisecondsNow() noexcept {
+  timespec now = {};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+void SleepMilliseconds(int milliseconds) noexcept {
+  const timespec pause = {milliseconds / 1000, long{milliseconds % 1000} * 1000000};
+  ::nanosleep(&pause, nullptr);
+}
+
+}  // namespace
+
+// SOCI opens a database by a text of options, in which some paths cannot be written. It opens one
+// in memory, whose place the file's connection takes.
+struct Database::Connection {
+  Connection() : session(soci::sqlite3, ":memory:") {}
+  soci::session session;
+};
+
+struct Database::Controls {
+  explicit Controls(Database& database)
+      : begin(database, "begin", ""),
+        begin_immediate(database, "begin immediate", ""),
+        commit(database, "commit", ""),
+        savepoint(database, "savepoint work", ""),
+        release(database, "release work", ""),
+        data_version(database, "pragma data_version", "", "i") {}
+
+  Statement begin;
+  Statement begin_immediate;
+  Statement commit;
+  Statement savepoint;
+  Statement release;
+  Statement data_version;
+};
+
+Database::Database(std::string file) : file_(std::move(file)) {}
+
+Database::~Database() {
+  if (batch_) static_cast<void>(RollbackBatch());
+}
+
+soci::session& Database::session() noexcept { return connection_->session; }
+
+HRESULT Database::Open(const std::string& folder, std::unique_ptr<Database>* database,
+                       int busy_milliseconds) noexcept {
+  database->reset();
+  std::unique_ptr<Database> opened;
+  try {
+    opened.reset(new Database(folder + kFileName));
+  } catch (const std::bad_alloc&) {
+    return LogFailure(OutOfMemoryFailure(), std::string());
+  }
+  try {
+    if (folder.empty()) throw FailureFromFileError(platform::kErrorPathNotFound);
+    if (const std::uint32_t error = platform::MakeFolders(folder)) {
+      throw FailureFromFileError(error);
+    }
+    MakeFile(opened->file_);
+    opened->Connect(busy_milliseconds);
+  } catch (...) {
+    return opened->LogCurrentException();
+  }
+  if (const HRESULT result = PrepareSchema(*opened, SchemaSteps()); platform::Failed(result)) {
+    return result;
+  }
+  const HRESULT result = opened->Read([&] {
+    Statement select(*opened, "select id from device", "", "i");
+    if (!select.RunForRow()) throw DamagedFailure();
+    opened->device_ = select.Integer(0);
+    return hr::kOk;
+  });
+  if (platform::Succeeded(result)) *database = std::move(opened);
+  return result;
+}
+
+void Database::Connect(int busy_milliseconds) {
+  connection_ = std::make_unique<Connection>();
+  auto& backend = *static_cast<soci::sqlite3_session_backend*>(session().get_backend());
+  sqlite_api::sqlite3* file = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
+  const int code = sqlite_api::sqlite3_open_v2(file_.c_str(), &file, flags, nullptr);
+  std::swap(backend.conn_, file);
+  sqlite_api::sqlite3_close(file);
+  if (backend.conn_ == nullptr) throw std::bad_alloc();
+  if (code != SQLITE_OK) {
+    NoteError();
+    throw FailureFromCode(error_code_, system_error_, nullptr);
+  }
+  sqlite_api::sqlite3_busy_timeout(backend.conn_, busy_milliseconds);
+  longest_text_ =
+      static_cast<std::size_t>(sqlite_api::sqlite3_limit(backend.conn_, SQLITE_LIMIT_LENGTH, -1));
+  // A file that only may be read would open, and fail later.
+  if (sqlite_api::sqlite3_db_readonly(backend.conn_, "main") == 1) {
+    throw FailureFromCode(SQLITE_READONLY, 0, nullptr);
+  }
+  UseWriteAheadLog(busy_milliseconds);
+  Configure();
+  controls_ = std::make_unique<Controls>(*this);
+}
+
+// Two processes that open a new database at once may find it locked without being made to wait.
+void Database::UseWriteAheadLog(int busy_milliseconds) {
+  constexpr int kPause = 5;
+  const std::int64_t deadline = MillisecondsNow() + busy_milliseconds;
+  for (;;) {
+    try {
+      static_cast<void>(Statement(*this, "pragma journal_mode = wal", "", "t").RunForRow());
+      return;
+    } catch (const soci::soci_error&) {
+      const bool busy = (error_code_ & 0xFF) == SQLITE_BUSY;
+      if (!busy || MillisecondsNow() >= deadline) throw;
+    }
+    SleepMilliseconds(kPause);
+  }
+}
+
+void Database::Configure() {
+  static_cast<void>(Statement(*this, "pragma synchronous = full", "").Run());
+  static_cast<void>(Statement(*this, "pragma foreign_keys = on", "").Run());
+  static_cast<void>(Statement(*this, "pragma trusted_schema = off", "").Run());
+  // What a large import leaves of the log is cut down to this.
+  static_cast<void>(Statement(*this, "pragma journal_size_limit = 16777216", "", "i").RunForRow());
+}
+
+void Database::NoteError() noexcept {
+  sqlite_api::sqlite3* const connection = ConnectionOf(session());
+  error_code_ = sqlite_api::sqlite3_extended_errcode(connection);
+  system_error_ = sqlite_api::sqlite3_system_errno(connection);
+}
+
+// What() of SOCI's errors has the statement's values in it; its message alone has none.
+HRESULT Database::LogCurrentException() noexcept {
+  try {
+    try {
+      throw;
+    } catch (const Failure& failure) {
+      return LogFailure(failure, file_);
+    } catch (const soci::soci_error& error) {
+      return LogFailure(
+          FailureFromCode(error_code_, system_error_, error.get_error_message().c_str()), file_);
+    }
+  } catch (const std::bad_alloc&) {
+    return LogFailure(OutOfMemoryFailure(), file_);
+  } catch (...) {
+    return LogFailure(Failure{}, file_);
+  }
+}
+
+bool Database::InTransaction() noexcept {
+  return sqlite_api::sqlite3_get_autocommit(ConnectionOf(session())) == 0;
+}
+
+// Straight to SQLite: it must not fail for want of memory. A failure that ended the transaction by
+// itself leaves nothing to undo.
+void Database::Undo(bool to_savepoint) noexcept {
+  if (!InTransaction()) return;
+  const char* const sql = to_savepoint ? "rollback to work; release work" : "rollback";
+  sqlite_api::sqlite3_exec(ConnectionOf(session()), sql, nullptr, nullptr, nullptr);
+}
+
+HRESULT Database::Run(Access access, WorkCall call, void* work) noexcept {
+  if (batch_ && platform::Failed(batch_failure_)) return batch_failure_;
+  // A read would have to become a write in the middle, which fails when another process wrote.
+  if (depth_ > 0 && access == Access::kWrite && !writing_ && !batch_) return hr::kUnexpected;
+  const bool nested = batch_ || depth_ > 0;
+  const bool was_writing = std::exchange(writing_, writing_ || access == Access::kWrite);
+  bool begun = false;
+  ++depth_;
+  HRESULT result = hr::kFail;
+  try {
+    result = RunInTransaction(access, nested, call, work, &begun);
+  } catch (...) {
+    result = LogCurrentException();
+  }
+  if (platform::Failed(result) && begun) Undo(nested);
+  --depth_;
+  writing_ = was_writing;
+  if (access == Access::kWrite) ++changes_;
+  // Some failures end the whole transaction: then nothing of the batch is left.
+  if (batch_ && !InTransaction()) batch_failure_ = platform::Failed(result) ? result : hr::kFail;
+  return result;
+}
+
+HRESULT Database::RunInTransaction(Access access, bool nested, WorkCall call, void* work,
+                                   bool* begun) {
+  const bool write = access == Access::kWrite;
+  if (nested && !write) return call(work);
+  Statement& begin = nested  ? controls_->savepoint
+                     : write ? controls_->begin_immediate
+                             : controls_->begin;
+  begin.Run();
+  *begun = true;
+  const HRESULT result = call(work);
+  if (platform::Succeeded(result)) (nested ? controls_->release : controls_->commit).Run();
+  return result;
+}
+
+HRESULT Database::BeginBatch() noexcept {
+  if (batch_ || depth_ > 0) return hr::kUnexpected;
+  try {
+    controls_->begin_immediate.Run();
+  } catch (...) {
+    const HRESULT result = LogCurrentException();
+    Undo(false);
+    return result;
+  }
+  batch_ = true;
+  batch_failure_ = hr::kOk;
+  return hr::kOk;
+}
+
+HRESULT Database::EndBatch(bool commit) noexcept {
+  if (!batch_ || depth_ > 0) return hr::kUnexpected;
+  HRESULT result = commit ? batch_failure_ : hr::kOk;
+  if (commit && platform::Succeeded(result)) {
+    try {
+      controls_->commit.Run();
+    } catch (...) {
+      result = LogCurrentException();
+    }
+  }
+  Undo(false);
+  batch_ = false;
+  batch_failure_ = hr::kOk;
+  ++changes_;
+  return result;
+}
+
+HRESULT Database::CommitBatch() noexcept { return EndBatch(true); }
+
+HRESULT Database::RollbackBatch() noexcept { return EndBatch(false); }
+
+HRESULT Database::Version(std::uint64_t* version) noexcept {
+  try {
+    static_cast<void>(controls_->data_version.RunForRow());
+  } catch (...) {
+    return LogCurrentException();
+  }
+  const auto of_others = static_cast<std::uint32_t>(controls_->data_version.Integer(0));
+  *version = std::uint64_t{of_others} << 32 | changes_;
+  return hr::kOk;
+}
+
+}  // namespace tamu::device

@@ -1,0 +1,36 @@
+// command_line.h - the commands of the program as the command line has them: options, help, and
+// which function runs.
+#ifndef TAMU_TOOLS_COMMAND_LINE_H_
+#define TAMU_TOOLS_COMMAND_LINE_H_
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+
+namespace tamu::tool {
+
+// What the command line says.
+struct Arguments {
+  ReadOptions read;
+  CheckOptions check;
+  RewriteOptions rewrite;
+  RuleOptions rule;
+  std::vector<std::string> codes;
+  bool config_json = false;
+  std::string config_name;
+  std::string config_value;
+  LogOptions log;
+};
+
+// Adds every command with its options, which `arguments` receive when the line is parsed.
+void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments);
+
+// Runs the command that the line named. Returns the exit code.
+[[nodiscard]] int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments,
+                                  Console* console);
+
+}  // namespace tamu::tool
+
+#endif  // TAMU_TOOLS_COMMAND_LINE_H_
