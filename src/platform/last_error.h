@@ -39,6 +39,8 @@ inline constexpr std::uint32_t kErrorInvalidAddress = 487;
 inline constexpr std::uint32_t kErrorInvalidFlags = 1004;
 inline constexpr std::uint32_t kErrorKeyDeleted = 1018;
 inline constexpr std::uint32_t kErrorNoUnicodeTranslation = 1113;
+inline constexpr std::uint32_t kErrorInvalidWindowHandle = 1400;
+inline constexpr std::uint32_t kErrorCannotFindWindowClass = 1407;
 
 [[nodiscard]] std::uint32_t GetLastError() noexcept;
 void SetLastError(std::uint32_t error) noexcept;

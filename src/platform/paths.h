@@ -17,6 +17,9 @@ namespace tamu::platform {
 // The path as the system takes it. Throws std::bad_alloc when memory runs out.
 [[nodiscard]] std::string PathToNative(std::u16string_view path);
 
+// What stands between the folders of a path: "/" on Linux.
+extern const char16_t kPathSeparator;
+
 // The device's folder: $TAMU_HOME, else $XDG_DATA_HOME/tamu, else ~/.local/share/tamu, else (no
 // home) empty. It need not exist.
 [[nodiscard]] std::u16string DeviceFolder();

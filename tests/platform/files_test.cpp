@@ -87,7 +87,8 @@ TEST(CreateFileW, FailuresHaveThePlatformsNumbers) {
   EXPECT_EQ(GetLastError(), kErrorPathNotFound);
   EXPECT_EQ(Open(folder.Wide("file/f"), kGenericRead, kOpenExisting), kInvalidHandle);
   EXPECT_EQ(GetLastError(), kErrorPathNotFound);
-  EXPECT_EQ(Open(folder.Wide(std::string(300, 'n')), kGenericWrite, kCreateAlways), kInvalidHandle);
+  EXPECT_EQ(Open(folder.Wide(std::string(300, 'n') + "/f"), kGenericWrite, kCreateAlways),
+            kInvalidHandle);
   EXPECT_EQ(GetLastError(), kErrorFilenameExcedRange);
   EXPECT_EQ(Open(u"", kGenericRead, kOpenExisting), kInvalidHandle);
   EXPECT_EQ(GetLastError(), kErrorPathNotFound);

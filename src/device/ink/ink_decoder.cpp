@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
-#include <limits>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "device/ink/ink_bytes.h"
 #include "device/ink/ink_format.h"
 #include "device/ink/ink_stream.h"
+#include "device/ink/ink_text.h"
 #include "platform/code_pages.h"
 
 namespace tamu::device {
@@ -194,32 +194,16 @@ Bytes WithoutZeros(Bytes bytes) {
   return bytes;
 }
 
-void AppendUtf16(Bytes bytes, std::u16string* text) {
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) text->push_back(ReadU16(bytes, at));
-  while (!text->empty() && text->back() == 0) text->pop_back();
+std::u16string FromUtf16(Bytes bytes) {
+  std::u16string text = INK_FromUtf16(bytes);
+  while (text.ends_with(u'\0')) text.pop_back();
+  return text;
 }
 
 // Whether the bytes look like UTF-16: text in a code page has no zeros inside.
 bool HasManyZeros(Bytes bytes) {
   const auto zeros = static_cast<std::size_t>(std::ranges::count(bytes, std::uint8_t{0}));
   return zeros > 0 && zeros >= bytes.size() / 8;
-}
-
-void AppendFromPage(std::uint32_t page, Bytes bytes, InkText* result) {
-  if (bytes.empty()) return;
-  const auto* const characters = reinterpret_cast<const char*>(bytes.data());
-  if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-    result->damaged = true;
-    return;
-  }
-  const auto size = static_cast<std::int32_t>(bytes.size());
-  const std::int32_t units = platform::MultiByteToWideChar(page, 0, characters, size, nullptr, 0);
-  result->text.resize(static_cast<std::size_t>(std::max(units, 0)));
-  if (units <= 0 || platform::MultiByteToWideChar(page, 0, characters, size, result->text.data(),
-                                                  units) != units) {
-    result->text.clear();
-    result->damaged = true;
-  }
 }
 
 InkText DecodePlainText(Bytes file) {
@@ -229,14 +213,15 @@ InkText DecodePlainText(Bytes file) {
   if (text.empty()) {
     result.damaged = !file.empty();  // zeros that a crash left
   } else if (StartsWith(file, "\xFF\xFE")) {
-    AppendUtf16(file.subspan(2), &result.text);
+    result.text = FromUtf16(file.subspan(2));
   } else if (StartsWith(file, "\xEF\xBB\xBF")) {
-    AppendFromPage(platform::kCpUtf8, text.subspan(3), &result);
+    result.damaged = !INK_FromCodePage(platform::kCpUtf8, text.subspan(3), &result.text);
   } else if (HasManyZeros(text)) {
-    AppendUtf16(file, &result.text);
+    result.text = FromUtf16(file);
   } else {
     const bool filled = text.size() % 2 == 0 && text.back() == 3;
-    AppendFromPage(platform::kCpAcp, filled ? text.first(text.size() - 1) : text, &result);
+    result.damaged = !INK_FromCodePage(platform::kCpAcp,
+                                       filled ? text.first(text.size() - 1) : text, &result.text);
   }
   return result;
 }

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "platform/linux/errors.h"
+#include "platform/linux/long_names.h"
 #include "platform/linux/pipe_signal.h"
 #include "platform/paths.h"
 
@@ -71,13 +72,16 @@ FileHandle OpenFile(const char16_t* path, std::uint32_t access, std::uint32_t /*
   const int flags = OpenFlags(access, disposition);
   if (flags < 0) return FailWith(kErrorInvalidParameter, kInvalidHandle);
   try {
-    const std::string native = PathToNative(path);
+    const std::string full = PathToNative(path);
+    const std::string native = FittingPath(full);
     int descriptor = -1;
     do {
       descriptor = ::open(native.c_str(), flags, 0666);
     } while (descriptor < 0 && errno == EINTR);
     if (descriptor < 0) return FailWith(ErrorForPath(errno, native), kInvalidHandle);
-    return HandleOf(descriptor);
+    const FileHandle file = HandleOf(descriptor);
+    if (file != kInvalidHandle && (flags & O_CREAT) != 0) KeepLongName(descriptor, full);
+    return file;
   } catch (const std::bad_alloc&) {
     return FailWith(kErrorNotEnoughMemory, kInvalidHandle);
   }

@@ -98,6 +98,8 @@ constexpr TextRow kTextRows[] = {
     {kErrorInvalidFlags, "The flags are invalid"},
     {kErrorKeyDeleted, "The registry key was deleted"},
     {kErrorNoUnicodeTranslation, "The text is not valid in its character set"},
+    {kErrorInvalidWindowHandle, "There is no such window"},
+    {kErrorCannotFindWindowClass, "There is no such window class"},
     {10035, "The operation would have to wait"},
     {10038, "Not a socket"},
     {10040, "The datagram is too long"},

@@ -80,6 +80,8 @@ std::string Environment(const char* name) {
 
 }  // namespace
 
+const char16_t kPathSeparator = u'/';
+
 std::u16string PathFromNative(std::string_view native) {
   std::u16string path;
   path.reserve(native.size());

@@ -6,6 +6,7 @@
 #include "platform/com.h"
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "platform/rich_ink.h"
 #include "platform/sockets.h"
 #include "platform/time.h"
 #include "platform/virtual_memory.h"
@@ -43,6 +44,11 @@ constexpr ServiceBase* kServices[] = {
     &MAPILogonEx,
     &MAPIFreeBuffer,
     &FreeProws,  // objects
+    &InitRichInkDLL,
+    &CreateWindowExW,
+    &SendMessageW,
+    &DestroyWindow,
+    &SHGetSpecialFolderPathW,  // notes
     &VirtualAlloc,
     &VirtualFree,  // pages of memory
     &GetSystemTime,

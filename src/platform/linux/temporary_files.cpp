@@ -15,6 +15,7 @@
 
 #include "platform/files.h"
 #include "platform/linux/errors.h"
+#include "platform/linux/long_names.h"
 #include "platform/paths.h"
 
 namespace tamu::platform {
@@ -100,7 +101,7 @@ std::uint32_t TemporaryName(const char16_t* folder, const char16_t* prefix, std:
 std::int32_t Delete(const char16_t* path) {
   if (path == nullptr) return FailWith(kErrorPathNotFound, 0);
   try {
-    const std::string native = PathToNative(path);
+    const std::string native = FittingPath(PathToNative(path));
     return ::unlink(native.c_str()) == 0 ? 1 : FailWith(ErrorForPath(errno, native), 0);
   } catch (const std::bad_alloc&) {
     return FailWith(kErrorNotEnoughMemory, 0);
