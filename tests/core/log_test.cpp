@@ -24,6 +24,7 @@ namespace tamu {
 namespace {
 
 using testing::LogCapture;
+using testing::ScopedCollectorPort;
 using testing::ScopedEnvironment;
 using testing::ScratchFolder;
 

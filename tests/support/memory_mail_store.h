@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "device/mail/mail_store.h"
+#include "device/mail/no_memory.h"
 #include "platform/cemapi.h"
 
 namespace tamu::testing {
@@ -37,110 +38,125 @@ class MemoryMailStore final : public device::MailStore {
   bool HasFolder(MailFolder folder) const noexcept override { return !lacking_.contains(folder); }
 
   HRESULT CreateMessage(MailFolder folder, MailId* id) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    *id = ++last_id_;
-    messages_[*id].folder = folder;
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      messages_.try_emplace(last_id_ + 1, Kept{folder, {}, {}});
+      *id = ++last_id_;
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT DeleteMessages(MailFolder folder, std::span<const MailId> ids) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    for (const MailId id : ids) {
-      const Kept* const message = Find(id);
-      if (message == nullptr || message->folder != folder) return platform::hr::kItemNotFound;
-    }
-    for (const MailId id : ids) messages_.erase(id);
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      for (const MailId id : ids) {
+        const Kept* const message = Find(id);
+        if (message == nullptr || message->folder != folder) return platform::hr::kItemNotFound;
+      }
+      for (const MailId id : ids) messages_.erase(id);
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT FolderOf(MailId id, MailFolder* folder) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    const Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    *folder = message->folder;
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      const Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      *folder = message->folder;
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT ReadProperties(MailId id, std::span<const std::uint32_t> tags,
                          std::vector<device::MailProperty>* found) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    const Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    *found = Matching(*message, tags);
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      const Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      *found = Matching(*message, tags);
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT SetProperties(MailId id,
                         std::span<const device::MailProperty> properties) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    for (const device::MailProperty& property : properties) {
-      message->properties[property.tag] = property.value;
-    }
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      std::map<std::uint32_t, device::MailValue> changed = message->properties;
+      for (const device::MailProperty& property : properties) {
+        changed[property.tag] = property.value;
+      }
+      message->properties.swap(changed);
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT DeleteProperties(MailId id, std::span<const std::uint32_t> tags) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    for (const std::uint32_t tag : tags) {
-      if (!message->properties.contains(tag)) return platform::hr::kNotFound;
-    }
-    for (const std::uint32_t tag : tags) message->properties.erase(tag);
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      for (const std::uint32_t tag : tags) {
+        if (!message->properties.contains(tag)) return platform::hr::kNotFound;
+      }
+      for (const std::uint32_t tag : tags) message->properties.erase(tag);
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT AddRecipients(MailId id,
                         std::span<const device::MailRecipient> recipients) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    message->recipients.insert(message->recipients.end(), recipients.begin(), recipients.end());
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      std::vector<device::MailRecipient> longer = message->recipients;
+      longer.insert(longer.end(), recipients.begin(), recipients.end());
+      message->recipients.swap(longer);
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT ReadRecipients(MailId id,
                          std::vector<device::MailRecipient>* recipients) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    const Kept* const message = Find(id);
-    if (message == nullptr) return platform::hr::kItemNotFound;
-    *recipients = message->recipients;
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      const Kept* const message = Find(id);
+      if (message == nullptr) return platform::hr::kItemNotFound;
+      *recipients = message->recipients;
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT ReadRows(MailFolder folder, MailId after, std::size_t limit,
                    std::span<const std::uint32_t> tags,
                    std::vector<device::MailRow>* rows) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    rows->clear();
-    for (auto at = messages_.upper_bound(after); at != messages_.end() && rows->size() < limit;
-         ++at) {
-      if (at->second.folder == folder) rows->push_back({at->first, Matching(at->second, tags)});
-    }
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      rows->clear();
+      for (auto at = messages_.upper_bound(after); at != messages_.end() && rows->size() < limit;
+           ++at) {
+        if (at->second.folder == folder) rows->push_back({at->first, Matching(at->second, tags)});
+      }
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT Count(MailFolder folder, MailId last, std::uint32_t* count) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    *count = 0;
-    for (const auto& [id, message] : messages_) {
-      if (id <= last && message.folder == folder) ++*count;
-    }
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      *count = 0;
+      for (const auto& [id, message] : messages_) {
+        if (id <= last && message.folder == folder) ++*count;
+      }
+      return platform::hr::kOk;
+    });
   }
 
   HRESULT FindExact(MailFolder folder, const device::ExactMail& mail,
                     MailId* id) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    *id = 0;
-    for (const auto& [candidate, message] : messages_) {
-      if (message.folder != folder || !IsExactly(message, mail)) continue;
-      *id = candidate;
-      break;
-    }
-    return platform::hr::kOk;
+    return Call([&]() -> HRESULT {
+      *id = 0;
+      for (const auto& [candidate, message] : messages_) {
+        if (message.folder != folder || !IsExactly(message, mail)) continue;
+        *id = candidate;
+        break;
+      }
+      return platform::hr::kOk;
+    });
   }
 
  private:
@@ -150,10 +166,11 @@ class MemoryMailStore final : public device::MailStore {
     std::vector<device::MailRecipient> recipients;
   };
 
-  HRESULT NextCall() noexcept {
+  template <typename Work>
+  HRESULT Call(const Work& work) noexcept {
     if (platform::Failed(fail_all_)) return fail_all_;
-    if (fail_in_ == 0 || --fail_in_ != 0) return platform::hr::kOk;
-    return failure_;
+    if (fail_in_ != 0 && --fail_in_ == 0) return failure_;
+    return device::CatchNoMemory(work);
   }
 
   Kept* Find(MailId id) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
@@ -152,13 +153,16 @@ HRESULT Message::SetProps(std::uint32_t count, SPropValue* values, SPropProblemA
 HRESULT Message::DeleteProps(SPropTagArray* tags, SPropProblemArray** problems) {
   if (problems != nullptr) *problems = nullptr;
   TAMU_DEVICE_CALL("IMessage::DeleteProps");
-  std::span<const std::uint32_t> unwanted;
-  if (const HRESULT result = TagsOf(tags, &unwanted); platform::Failed(result)) return result;
-  for (const std::uint32_t tag : unwanted) {
-    if (IsComputed(tag)) return platform::hr::kComputed;
-  }
-  const HRESULT result = OfMessage(store_->DeleteProperties(id_, unwanted));
-  return result == platform::hr::kNotFound ? platform::hr::kFail : result;
+  return CatchNoMemory([&]() -> HRESULT {
+    std::span<const std::uint32_t> given;
+    if (const HRESULT result = TagsOf(tags, &given); platform::Failed(result)) return result;
+    if (std::any_of(given.begin(), given.end(), &IsComputed)) return platform::hr::kComputed;
+    std::vector<std::uint32_t> unwanted(given.begin(), given.end());
+    std::sort(unwanted.begin(), unwanted.end());
+    unwanted.erase(std::unique(unwanted.begin(), unwanted.end()), unwanted.end());
+    const HRESULT result = OfMessage(store_->DeleteProperties(id_, unwanted));
+    return result == platform::hr::kNotFound ? platform::hr::kFail : result;
+  });
 }
 
 // --- Streams ----------------------------------------------------------------

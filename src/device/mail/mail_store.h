@@ -47,7 +47,7 @@ class MailStore {
   // Sets all; of two with one tag the later counts.
   [[nodiscard]] virtual platform::HRESULT SetProperties(
       MailId id, std::span<const MailProperty> properties) noexcept = 0;
-  // Removes all, or, when one is absent (kNotFound), none.
+  // Removes all, or, when one is absent (kNotFound), none. No tag is twice among them.
   [[nodiscard]] virtual platform::HRESULT DeleteProperties(
       MailId id, std::span<const std::uint32_t> tags) noexcept = 0;
 

@@ -25,7 +25,7 @@ void ItemSorter::Add(const ItemRecord& item) {
       key.number = *date;
     } else if (const auto* number = std::get_if<std::int32_t>(&value)) {
       const bool is_flag = PropertiesOf(item.kind)[order_.property].type == ValueType::kFlag;
-      key.number = is_flag ? double{*number != 0} : *number;
+      key.number = is_flag ? (*number != 0 ? 1 : 0) : *number;
     }
   } else {
     key.number = item.oid;

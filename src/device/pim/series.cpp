@@ -27,7 +27,7 @@ void CompleteEnd(RecurrenceRecord* pattern, PutEnd put) noexcept {
   const PatternRule rule = RuleOf(*pattern);
   if (put == PutEnd::kCount || !has_date) {
     const std::optional<std::int32_t> last = LastOfCount(rule, pattern->occurrences);
-    pattern->pattern_end = last ? double{*last} : platform::kNoDate;
+    pattern->pattern_end = last ? static_cast<double>(*last) : platform::kNoDate;
   } else {
     pattern->occurrences = CountUntil(rule, DayOf(pattern->pattern_end));
   }

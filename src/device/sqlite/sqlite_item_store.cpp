@@ -312,7 +312,7 @@ std::unique_ptr<ItemStore> MakeSqliteItemStore(std::shared_ptr<Stores> stores) n
   }
 }
 
-HRESULT OpenItemStore(std::unique_ptr<ItemStore>* store) noexcept {
+HRESULT OpenItemStore(std::shared_ptr<ItemStore>* store) noexcept {
   store->reset();
   std::shared_ptr<Stores> stores;
   if (const HRESULT result = OpenStores(&stores); platform::Failed(result)) return result;

@@ -14,7 +14,7 @@ namespace tamu::device {
     std::shared_ptr<Stores> stores) noexcept;
 
 // The item store of the process's device. Fails as OpenStores.
-[[nodiscard]] platform::HRESULT OpenItemStore(std::unique_ptr<ItemStore>* store) noexcept;
+[[nodiscard]] platform::HRESULT OpenItemStore(std::shared_ptr<ItemStore>* store) noexcept;
 
 }  // namespace tamu::device
 
