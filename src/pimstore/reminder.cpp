@@ -1,9 +1,6 @@
 #include "pimstore/reminder.h"
 
-#include <array>
 #include <cmath>
-#include <ctime>
-#include <span>
 
 #include "core/log.h"
 #include "pimstore/item_access.h"
@@ -24,26 +21,10 @@ void LogTooEarly() noexcept {
   LOG_Error("TAMU:  DALARM 'Reminder date/time' is more than 45 days before the START date.");
 }
 
-// Years of two digits are the locale's own choice.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-y2k"
-std::size_t WriteLocaleDate(const std::tm& time, std::span<char> text) noexcept {
-  return std::strftime(text.data(), text.size(), "%x", &time);
-}
-#pragma GCC diagnostic pop
-
-// The day in the form of the program's locale. Midnight is not said.
 void LogMoved(const DateValue& midnight) noexcept {
-  std::array<char, 64> text{};
-  DateFields fields;
-  if (DATE_ToFields(midnight, &fields)) {
-    std::tm time{};
-    time.tm_year = fields.year - 1900;
-    time.tm_mon = fields.month - 1;
-    time.tm_mday = fields.day;
-    if (WriteLocaleDate(time, text) == 0) text[0] = '\0';
-  }
-  LOG_Info("TAMU:  Reminder date/time adjusted to midnight  - %s", text.data());
+  platform::BStr text;
+  platform::VarBstrFromDate(midnight.days, platform::kLocaleUserDefault, 0, text.put());
+  LOG_Info("TAMU:  Reminder date/time adjusted to midnight  - %S", text.c_str());
 }
 
 template <typename Item>
