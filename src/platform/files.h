@@ -18,6 +18,11 @@ inline constexpr std::uint32_t kGenericRead = 0x80000000U;
 inline constexpr std::uint32_t kGenericWrite = 0x40000000U;
 inline constexpr std::uint32_t kFileAppendData = 0x4;  // every write goes to the end of the file
 
+inline constexpr std::uint32_t kFileShareRead = 0x1;
+inline constexpr std::uint32_t kFileShareWrite = 0x2;
+
+inline constexpr std::uint32_t kFileAttributeNormal = 0x80;
+
 inline constexpr std::uint32_t kCreateNew = 1;     // fails (80) when the file is there
 inline constexpr std::uint32_t kCreateAlways = 2;  // an existing file is emptied
 inline constexpr std::uint32_t kOpenExisting = 3;
