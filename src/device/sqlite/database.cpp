@@ -44,6 +44,22 @@ void SleepMilliseconds(int milliseconds) noexcept {
   ::nanosleep(&pause, nullptr);
 }
 
+// Why the last operation on the file or its log failed, as an errno value; 0 when it is not known.
+int SystemErrorOf(sqlite_api::sqlite3* connection) noexcept {
+  if (const int number = sqlite_api::sqlite3_system_errno(connection)) return number;
+  for (const int which : {SQLITE_FCNTL_JOURNAL_POINTER, SQLITE_FCNTL_FILE_POINTER}) {
+    sqlite_api::sqlite3_file* file = nullptr;
+    int number = 0;
+    if (sqlite_api::sqlite3_file_control(connection, "main", which, &file) == SQLITE_OK &&
+        file != nullptr && file->pMethods != nullptr &&
+        file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &number) == SQLITE_OK &&
+        number != 0) {
+      return number;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 // SOCI opens a database by a text of options, in which some paths cannot be written. It opens one
@@ -162,7 +178,9 @@ void Database::Configure() {
 void Database::NoteError() noexcept {
   sqlite_api::sqlite3* const connection = ConnectionOf(session());
   error_code_ = sqlite_api::sqlite3_extended_errcode(connection);
-  system_error_ = sqlite_api::sqlite3_system_errno(connection);
+  system_error_ = 0;
+  if ((error_code_ & 0xFF) != SQLITE_IOERR) return;
+  system_error_ = SystemErrorOf(connection);
 }
 
 // What() of SOCI's errors has the statement's values in it; its message alone has none.
