@@ -220,7 +220,7 @@ std::int64_t Occurrences::DayInMonth(std::int64_t month) const noexcept {
 }
 
 bool Occurrences::Contains(std::int32_t day) const noexcept {
-  if (grid_ == Grid::kNone || day < start_day_ || day > kLastPatternDay) return false;
+  if (grid_ == Grid::kNone || day < start_day_) return false;
   return CountUntil(day) != CountUntil(day - 1);
 }
 
