@@ -17,6 +17,7 @@
 #include "platform/sockets.h"
 #include "support/collector_port.h"
 #include "support/log_capture.h"
+#include "support/no_device.h"
 #include "support/scratch_folder.h"
 #include "tamu/tamu.h"
 
@@ -205,11 +206,14 @@ TEST_F(LogTest, LevelsGateErrorsAndInformation) {
 }
 
 TEST_F(LogTest, OpeningLogsThatTheObjectModelIsNotThere) {
+  const testing::ScopedNoDevice no_device;
   const LogCapture log;
   EXPECT_EQ(TAMU_Open(), TAMU_GENERAL_PIM_ERROR);
   ASSERT_EQ(log.lines().size(), 2U);
   EXPECT_EQ(log.lines()[0].text, "TAMU:  POL_Open()");
   EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
+  EXPECT_EQ(log.lines()[1].text,
+            "TAMU:  Unable to get application object from POOM interface. (code=0x80040154)");
   EXPECT_EQ(log.lines()[1].severity, LogSeverity::kError);
 }
 
