@@ -59,6 +59,7 @@ class LogTest : public ::testing::Test {
 
   ScratchFolder folder_;
   ScopedEnvironment home_{"TAMU_HOME", folder_.path().string()};
+  testing::ScopedNoDevice no_device_;
 
   platform::SocketHandle static Socket(std::int32_t, std::int32_t, std::int32_t) {
     ++g_network.sockets;
@@ -206,7 +207,6 @@ TEST_F(LogTest, LevelsGateErrorsAndInformation) {
 }
 
 TEST_F(LogTest, OpeningLogsThatTheObjectModelIsNotThere) {
-  const testing::ScopedNoDevice no_device;
   const LogCapture log;
   EXPECT_EQ(TAMU_Open(), TAMU_GENERAL_PIM_ERROR);
   ASSERT_EQ(log.lines().size(), 2U);
@@ -219,6 +219,7 @@ TEST_F(LogTest, OpeningLogsThatTheObjectModelIsNotThere) {
 
 // Over the system's own sockets. The port is the same for everyone, so wait for it.
 TEST(LogOverLoopback, TheLineArrivesAtTheCollector) {
+  const testing::ScopedNoDevice no_device;
   const ScopedCollectorPort port;
   const int collector = ::socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in address{};

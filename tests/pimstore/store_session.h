@@ -1,4 +1,4 @@
-// pimstore/store_session.h - a session over a device in memory, and records and items to use it with.
+// pimstore/store_session.h - a session over a device, and records and items to use it with.
 #ifndef TAMU_TESTS_PIMSTORE_STORE_SESSION_H_
 #define TAMU_TESTS_PIMSTORE_STORE_SESSION_H_
 
@@ -70,7 +70,7 @@ using Event = TestRecord<EventShape, KIND_CALENDAR, COMPONENT_EVENT>;
 using ToDo = TestRecord<ToDoShape, KIND_CALENDAR, COMPONENT_TODO>;
 using Note = TestRecord<NoteShape, KIND_NOTE>;
 
-// A property as "params:value", components joined by ";", a missing one "-"; "none" for no property.
+// A property as "params:value", components joined by ";", a missing one "-"; "none" without one.
 inline std::string Line(const Property* property) {
   if (property == nullptr) return "none";
   std::string line;
