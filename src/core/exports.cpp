@@ -11,6 +11,7 @@
 #include "formats/format_table.h"
 #include "formats/object_file.h"
 #include "formats/object_name.h"
+#include "pimstore/find.h"
 #include "pimstore/session.h"
 #include "tamu/tamu.h"
 

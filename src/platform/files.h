@@ -18,6 +18,11 @@ inline constexpr std::uint32_t kGenericRead = 0x80000000U;
 inline constexpr std::uint32_t kGenericWrite = 0x40000000U;
 inline constexpr std::uint32_t kFileAppendData = 0x4;  // every write goes to the end of the file
 
+inline constexpr std::uint32_t kFileShareRead = 0x1;
+inline constexpr std::uint32_t kFileShareWrite = 0x2;
+
+inline constexpr std::uint32_t kFileAttributeNormal = 0x80;
+
 inline constexpr std::uint32_t kCreateNew = 1;     // fails (80) when the file is there
 inline constexpr std::uint32_t kCreateAlways = 2;  // an existing file is emptied
 inline constexpr std::uint32_t kOpenExisting = 3;
@@ -30,8 +35,9 @@ inline constexpr std::uint32_t kFileEnd = 2;
 inline constexpr std::int32_t kMaxPath = 260;  // units of a path with its terminator
 
 // Opens a file, or kInvalidHandle. A name that is longer than the file system takes is shortened,
-// here and in DeleteFileW, and finds the file again (on Linux: more than 255 bytes of UTF-8). `share`, `security`, `attributes` and `template_file` are the
-// platform's and have no meaning on Linux.
+// here and in DeleteFileW, and finds the file again (on Linux: more than 255 bytes of UTF-8).
+// `share`, `security`, `attributes` and `template_file` are the platform's and have no meaning on
+// Linux.
 extern Service<FileHandle(const char16_t* path, std::uint32_t access, std::uint32_t share,
                           void* security, std::uint32_t disposition, std::uint32_t attributes,
                           FileHandle template_file)>

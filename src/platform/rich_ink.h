@@ -60,8 +60,8 @@ extern Service<WindowHandle(
     WindowHandle parent, std::intptr_t menu, std::intptr_t instance, void* parameter)>
     CreateWindowExW;
 
-// Sends one message and answers what the window answers. The two messages above answer 0 on success,
-// else the stream's error:
+// Sends one message and answers what the window answers. The two messages above answer 0 on
+// success, else the stream's error:
 //   kEmStreamIn   replaces the content by what the callback gives; a terminator at its end is
 //                 dropped. After a failure the content is what it was.
 //   kEmStreamOut  gives the content to the callback, piece by piece. UTF-16 text ends in a

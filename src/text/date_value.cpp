@@ -7,6 +7,7 @@ namespace tamu {
 namespace {
 
 constexpr double kMinutesPerDay = 24 * 60;
+constexpr double kSecondsPerDay = kMinutesPerDay * 60;
 
 // A field as a system time holds it; what does not fit becomes a number that no field can be.
 constexpr std::uint16_t Narrow(std::int32_t field) noexcept {
@@ -82,6 +83,10 @@ DateValue DATE_AddMinutes(const DateValue& date, std::int32_t minutes) noexcept 
   platform::SYSTEMTIME time{};
   if (!DATE_ToSystemTime(sum, &time)) return kDateInvalid;
   return DATE_FromSystemTime(time);  // rounds the sum to the second that it stands for
+}
+
+std::int64_t DATE_SecondsBetween(const DateValue& from, const DateValue& to) noexcept {
+  return std::llround((ToLinear(to.days) - ToLinear(from.days)) * kSecondsPerDay);
 }
 
 }  // namespace tamu

@@ -63,6 +63,10 @@ struct DateFields {
 // The value so many minutes later, or earlier when negative; an invalid value stays invalid.
 [[nodiscard]] DateValue DATE_AddMinutes(const DateValue& date, std::int32_t minutes) noexcept;
 
+// Seconds from one value to another, negative when it is earlier. Counted by the clock's face:
+// changes of the clocks are not looked at.
+[[nodiscard]] std::int64_t DATE_SecondsBetween(const DateValue& from, const DateValue& to) noexcept;
+
 }  // namespace tamu
 
 #endif  // TAMU_TEXT_DATE_VALUE_H_

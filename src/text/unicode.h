@@ -18,8 +18,8 @@ namespace tamu {
 // numbers beyond Unicode included, is given back as it is.
 [[nodiscard]] char32_t UNICODE_Fold(char32_t code_point) noexcept;
 
-// Every character of the text folded; lone surrogates stay what they are. Throws std::bad_alloc when
-// memory runs out.
+// Every character of the text folded; lone surrogates stay what they are. Throws std::bad_alloc
+// when memory runs out.
 [[nodiscard]] std::u16string UNICODE_FoldText(std::u16string_view text);
 
 // Whether the character may stand in the title of a note, which is a file's name: letters, digits

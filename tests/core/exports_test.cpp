@@ -7,6 +7,7 @@
 #include "core/file.h"
 #include "core/memory.h"
 #include "core/wide.h"
+#include "platform/com.h"
 #include "platform/files.h"
 #include "support/card_reading.h"
 #include "support/log_capture.h"
@@ -209,7 +210,16 @@ TEST(GetObjectById, TheRecordIsClearedFirst) {
   EXPECT_TRUE(IsZero(record));
 }
 
+platform::HRESULT NoClass(const platform::GUID&, platform::IUnknown*, std::uint32_t,
+                          const platform::GUID&, void** object) {
+  *object = nullptr;
+  return platform::hr::kClassNotRegistered;
+}
+
 TEST(StoreOperations, WithoutAStoreTheyAnswerThatItIsNotOpen) {
+  const platform::ScopedOverride<platform::HRESULT(const platform::GUID&, platform::IUnknown*,
+                                                   std::uint32_t, const platform::GUID&, void**)>
+      no_device(platform::CoCreateInstance, &NoClass);
   ObjectRecord record{};
   char id[16] = "before";
   EXPECT_EQ(TAMU_Open(), TAMU_GENERAL_PIM_ERROR);

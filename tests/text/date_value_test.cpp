@@ -134,6 +134,16 @@ TEST(DateAddMinutes, InvalidStaysInvalidAndTheYearsEnd) {
   EXPECT_EQ(DATE_AddMinutes(Date(100, 1, 1), -1), kDateInvalid);
 }
 
+TEST(DateSecondsBetween, CountsForwardAndBackward) {
+  EXPECT_EQ(DATE_SecondsBetween(Date(2003, 1, 1), Date(2003, 1, 2, 0, 0, 1)), 86401);
+  EXPECT_EQ(DATE_SecondsBetween(Date(2003, 1, 2), Date(2003, 1, 1, 23, 59, 59)), -1);
+}
+
+TEST(DateSecondsBetween, DaysBeforeDay0CountEvenly) {
+  EXPECT_EQ(DATE_SecondsBetween(Date(1899, 12, 29, 18), Date(1899, 12, 30, 6)), 12 * 3600);
+  EXPECT_EQ(DATE_SecondsBetween(Date(1899, 12, 28, 1), Date(1899, 12, 28, 2)), 3600);
+}
+
 TEST(DateValue, EveryServiceThatFailsMakesItInvalid) {
   const platform::SYSTEMTIME time{2003, 12, 0, 31, 12, 0, 0, 0};
   platform::FILETIME file{};

@@ -1,6 +1,6 @@
 // device/ink/documents.h - the notes in the device's documents folder, by their titles.
-//   A note is a rich-ink document whose file name is its title and ".pwi" (capitals, as memory cards
-//   have them, also do).
+//   A note is a rich-ink document whose file name is its title and ".pwi" (capitals, as memory
+//   cards have them, also do).
 //   Units      titles are UTF-16 without the extension; times are seconds since 1970, UTC.
 //   Errors     0, or the platform's error number (platform/last_error.h); nothing is thrown.
 #ifndef TAMU_DEVICE_INK_DOCUMENTS_H_

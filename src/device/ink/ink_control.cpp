@@ -6,6 +6,7 @@
 #include <new>
 #include <span>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "device/ink/ink_decoder.h"

@@ -1,6 +1,6 @@
 // device/ink/ink_encoder.h - plain text as a rich-ink document (".pwi").
-//   The documents are laid out as a device lays out notes that are typed: one font, no formatting, a
-//   line a paragraph (a device wraps them anew).
+//   The documents are laid out as a device lays out notes that are typed: one font, no formatting,
+//   a line a paragraph (a device wraps them anew).
 //   Errors     std::bad_alloc.
 #ifndef TAMU_DEVICE_INK_INK_ENCODER_H_
 #define TAMU_DEVICE_INK_INK_ENCODER_H_

@@ -20,8 +20,8 @@ inline constexpr std::uint8_t kInkParagraphStart[] = {0xE5, 0x01, 0x00, 0xE6, 0x
 inline constexpr std::uint8_t kInkParagraphEnd[] = {0xC4, 0x00};
 
 // A paragraph that is too long for one block goes on in the next. Then this stands before its end:
-// italic and underline turned off, twice, which changes nothing for any reader, and which no program
-// writes that turns on and off what a user does.
+// italic and underline turned off, twice, which changes nothing for any reader, and which no
+// program writes that turns on and off what a user does.
 inline constexpr std::uint8_t kInkContinues[] = {0xE9, 0x00, 0xEA, 0x00, 0xE9, 0x00, 0xEA, 0x00};
 
 // Appends the code of one UTF-16 unit:
@@ -29,9 +29,9 @@ inline constexpr std::uint8_t kInkContinues[] = {0xE9, 0x00, 0xEA, 0x00, 0xE9, 0
 //   U+0080 to U+00FF            C1 and the byte
 //   tab                         C4 04
 //   other units below U+4000    14 bits in two bytes; controls, too, which no device writes
-//   U+4000 and above            C0 and the unit's two bytes. The format has no code for them that is
-//                               known; a device shows other characters for such text, here it comes
-//                               back as it was. kInkWideUnits turns it off: "?" instead.
+//   U+4000 and above            C0 and the unit's two bytes. The format has no code for them that
+//                               is known; a device shows other characters for such text, here it
+//                               comes back as it was. kInkWideUnits turns it off: "?" instead.
 void INK_AppendUnit(char16_t unit, std::vector<std::uint8_t>* stream);
 inline constexpr bool kInkWideUnits = true;
 inline constexpr std::size_t kInkLongestUnit = 3;  // bytes
@@ -45,8 +45,8 @@ struct InkStream {
   bool objects = false;        // ink words or recordings stood among the text
 };
 
-// Appends the text of one stream, without its paragraph end. Commands change nothing, those that are
-// unknown are passed over, and so are other objects than text. Accepts every code for every
+// Appends the text of one stream, without its paragraph end. Commands change nothing, those that
+// are unknown are passed over, and so are other objects than text. Accepts every code for every
 // character. Never reads behind `stream`.
 [[nodiscard]] InkStream INK_AppendText(std::span<const std::uint8_t> stream, std::u16string* text);
 

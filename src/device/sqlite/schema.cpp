@@ -6,6 +6,7 @@
 #include <string>
 
 #include "device/sqlite/item_tables.h"
+#include "device/sqlite/mail_tables.h"
 #include "device/sqlite/statement.h"
 
 namespace tamu::device {
@@ -49,6 +50,7 @@ void CreateDevice(Database& database) {
 void CreateVersion1(Database& database) {
   CreateDevice(database);
   CreateItemTables(database);
+  CreateMailTables(database);
 }
 
 constexpr SchemaStep kSteps[] = {

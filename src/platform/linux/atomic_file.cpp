@@ -68,8 +68,8 @@ std::uint32_t MakeFolders(const std::string& path) {
     const std::string folder = path.substr(0, end);
     if (::mkdir(folder.c_str(), 0700) == 0) {
       if (const std::uint32_t error = SyncFolder(FolderOf(folder))) return error;
-    } else if (errno != EEXIST && ::stat(folder.c_str(), &status) != 0) {
-      return ErrorFromErrno(errno);
+    } else if (const int number = errno; number != EEXIST && ::stat(folder.c_str(), &status) != 0) {
+      return ErrorFromErrno(number);  // why it was not made, not that it is not there
     }
   }
   return kErrorSuccess;

@@ -1,5 +1,5 @@
-// device/ink/ink_document.h - rich-ink documents put together by hand, as devices and other programs
-// write them and as damage leaves them.
+// device/ink/ink_document.h - rich-ink documents put together by hand, as devices and other
+// programs write them and as damage leaves them.
 #ifndef TAMU_TESTS_DEVICE_INK_INK_DOCUMENT_H_
 #define TAMU_TESTS_DEVICE_INK_INK_DOCUMENT_H_
 
