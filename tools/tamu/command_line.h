@@ -4,6 +4,7 @@
 #define TAMU_TOOLS_COMMAND_LINE_H_
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,10 @@ struct Arguments {
   std::string config_name;
   std::string config_value;
   LogOptions log;
+  ImportOptions import_files;
+  FindOptions find;
+  UpdateOptions update;
+  DeleteOptions delete_objects;
 };
 
 // Adds every command with its options, which `arguments` receive when the line is parsed.
@@ -30,6 +35,13 @@ void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments);
 // Runs the command that the line named. Returns the exit code.
 [[nodiscard]] int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments,
                                   Console* console);
+
+// The part of the two above that is about the device's stores. No exit code: the line named none of
+// these commands.
+void COMMANDLINE_DescribeStores(CLI::App* app, Arguments* arguments);
+[[nodiscard]] std::optional<int> COMMANDLINE_RunStores(const CLI::App& app,
+                                                       const Arguments& arguments,
+                                                       Console* console);
 
 }  // namespace tamu::tool
 
