@@ -4,6 +4,7 @@
 #define TAMU_TOOLS_COMMAND_LINE_H_
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,10 +23,19 @@ struct Arguments {
   std::string config_name;
   std::string config_value;
   LogOptions log;
+  ListOptions list;
+  ShowOptions show;
+  ExportOptions export_options;
+  bool doctor_json = false;
 };
 
 // Adds every command with its options, which `arguments` receive when the line is parsed.
 void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments);
+
+// The commands that look at the device's stores. Running gives none when the line names another one.
+void COMMANDLINE_DescribeViews(CLI::App* app, Arguments* arguments);
+[[nodiscard]] std::optional<int> COMMANDLINE_RunView(const CLI::App& app,
+                                                     const Arguments& arguments, Console* console);
 
 // Runs the command that the line named. Returns the exit code.
 [[nodiscard]] int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments,
