@@ -30,6 +30,8 @@ class MemoryMailStore final : public device::MailStore {
     fail_in_ = n;
     failure_ = result;
   }
+  // Whether the call that has to fail is still to come.
+  [[nodiscard]] bool Armed() const noexcept { return fail_in_ != 0; }
   // Lets every call answer it; kOk ends that.
   void FailAll(HRESULT result) noexcept { fail_all_ = result; }
 

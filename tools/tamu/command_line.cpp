@@ -13,6 +13,7 @@ constexpr const char* kFooter =
     "Examples:\n"
     "  tamu read contacts.vcf\n"
     "  tamu rewrite contacts.vcf copy.vcf\n"
+    "  tamu import contacts.vcf\n"
     "  tamu rrule \"W1 MO TU 0900 FR #10\"\n"
     "Each command has its own help: tamu read --help";
 constexpr const char* kReadFooter =
@@ -138,6 +139,7 @@ void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments) {
   rule->footer(kRuleFooter);
 
   COMMANDLINE_DescribeViews(app, arguments);
+  COMMANDLINE_DescribeStores(app, arguments);
   DescribeConfig(app, arguments);
   DescribeLog(app, arguments);
 
@@ -158,6 +160,9 @@ int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments, Console* co
     return RunConfig(*app.get_subcommand("config"), arguments, console);
   }
   if (app.got_subcommand("log")) return COMMAND_Log(arguments.log, console);
+  if (const std::optional<int> exit_code = COMMANDLINE_RunStores(app, arguments, console)) {
+    return *exit_code;
+  }
   std::vector<std::uint32_t> codes;
   for (const std::string& text : arguments.codes) {
     std::uint32_t code = 0;

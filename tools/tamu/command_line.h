@@ -27,6 +27,10 @@ struct Arguments {
   ShowOptions show;
   ExportOptions export_options;
   bool doctor_json = false;
+  ImportOptions import_files;
+  FindOptions find;
+  UpdateOptions update;
+  DeleteOptions delete_objects;
 };
 
 // Adds every command with its options, which `arguments` receive when the line is parsed.
@@ -40,6 +44,13 @@ void COMMANDLINE_DescribeViews(CLI::App* app, Arguments* arguments);
 // Runs the command that the line named. Returns the exit code.
 [[nodiscard]] int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments,
                                   Console* console);
+
+// The part of the two above that is about the device's stores. No exit code: the line named none of
+// these commands.
+void COMMANDLINE_DescribeStores(CLI::App* app, Arguments* arguments);
+[[nodiscard]] std::optional<int> COMMANDLINE_RunStores(const CLI::App& app,
+                                                       const Arguments& arguments,
+                                                       Console* console);
 
 }  // namespace tamu::tool
 

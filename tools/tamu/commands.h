@@ -62,6 +62,40 @@ struct LogOptions {
 // Receives diagnostic lines and prints them.
 [[nodiscard]] int COMMAND_Log(const LogOptions& options, Console* console);
 
+// What happens to objects that the device has already.
+enum class OnDuplicate : std::uint8_t { kSkip, kUpdate, kAdd };
+
+struct ImportOptions {
+  std::vector<std::string> files;
+  OnDuplicate on_duplicate = OnDuplicate::kSkip;
+  bool dry_run = false;
+  bool verbose = false;
+};
+// Brings the objects of files into the device's stores.
+[[nodiscard]] int COMMAND_Import(const ImportOptions& options, Console* console);
+
+struct FindOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+// Says which objects of files the device has.
+[[nodiscard]] int COMMAND_Find(const FindOptions& options, Console* console);
+
+struct UpdateOptions {
+  std::string kind;  // one of STORED_KindsNamed
+  std::string id;
+  std::string file;
+};
+// Replaces an object of the device.
+[[nodiscard]] int COMMAND_Update(const UpdateOptions& options, Console* console);
+
+struct DeleteOptions {
+  std::string kind;  // as STORED_KindsNamed has it
+  std::vector<std::string> ids;
+};
+// Deletes objects of the device.
+[[nodiscard]] int COMMAND_Delete(const DeleteOptions& options, Console* console);
+
 struct ListOptions {
   std::vector<std::string> kinds;  // names of kinds, none for all
   bool json = false;

@@ -18,9 +18,13 @@ namespace tamu::tool {
 
 class ObjectHandler {
  public:
+  // What the library logs meanwhile counts as said about the file, unless the handler observes the
+  // log itself.
   virtual void TakeObject(const DeliveredObject& object) = 0;
   // In the file's order, those about an object behind the object.
   virtual void TakeWarning(const Message& warning) = 0;
+  // Asked behind each object: true when nothing more is wanted.
+  [[nodiscard]] virtual bool WantsEnd() { return false; }
 
  protected:
   ~ObjectHandler() = default;
@@ -42,10 +46,16 @@ struct ReadOutcome {
   RestOfFile rest = RestOfFile::kNothing;
   std::optional<Message> rest_warning;  // about a rest without objects; handed on already
   std::optional<Problem> problem;
+  bool ended = false;  // because the handler wanted it; of what follows nothing is known then
 };
 
 // Reads all objects of a file.
 [[nodiscard]] ReadOutcome READ_Objects(const InputFile& input, ObjectHandler& handler);
+
+// The number of objects that begin at or behind a place between objects: events and to-dos of
+// calendars, objects as a whole otherwise. None when the file cannot be read a second time.
+[[nodiscard]] std::optional<std::uint64_t> READ_CountFrom(const InputFile& input,
+                                                          const File::Place& place);
 
 // "file:line: text", as errors are told.
 [[nodiscard]] std::string PROBLEM_Text(const std::string& file, const Problem& problem);

@@ -56,6 +56,7 @@ struct DeliveredObject {
   ObjectRecord* record;
   TamuResult status;
   std::uint32_t line;
+  std::uint64_t end_offset = 0;  // how far the file is read, bytes
 };
 
 // The record's view. Decoding settles code pages in the record and changes nothing else.

@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <array>
 #include <exception>
 #include <new>
 #include <utility>
@@ -69,20 +70,62 @@ struct Database::Connection {
   soci::session session;
 };
 
+// A statement that begins or ends a transaction, straight over SQLite: SOCI may run out of memory
+// when it has already taken effect.
+class Control {
+ public:
+  Control(sqlite_api::sqlite3* connection, const std::string& sql) : connection_(connection) {
+    const int code =
+        sqlite_api::sqlite3_prepare_v2(connection, sql.c_str(), -1, &statement_, nullptr);
+    if (code != SQLITE_OK) throw FailureFromCode(code, 0, sqlite_api::sqlite3_errmsg(connection));
+  }
+  ~Control() { sqlite_api::sqlite3_finalize(statement_); }
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  [[nodiscard]] bool Try() noexcept {
+    const bool done = sqlite_api::sqlite3_step(statement_) == SQLITE_DONE;
+    if (!done) code_ = sqlite_api::sqlite3_extended_errcode(connection_);
+    if (!done) system_error_ = SystemErrorOf(connection_);
+    sqlite_api::sqlite3_reset(statement_);
+    return done;
+  }
+  void Run() {
+    if (!Try()) throw FailureFromCode(code_, system_error_, "a transaction");
+  }
+
+ private:
+  sqlite_api::sqlite3* connection_;
+  sqlite_api::sqlite3_stmt* statement_ = nullptr;
+  int code_ = SQLITE_OK;
+  int system_error_ = 0;
+};
+
+// Savepoints have names of their own, so that undoing one that was not made undoes no other.
+struct Database::Savepoint {
+  Savepoint(sqlite_api::sqlite3* connection, const std::string& name)
+      : begin(connection, "savepoint " + name),
+        rollback(connection, "rollback to " + name),
+        release(connection, "release " + name) {}
+  Control begin;
+  Control rollback;
+  Control release;
+};
+
 struct Database::Controls {
-  explicit Controls(Database& database)
-      : begin(database, "begin", ""),
-        begin_immediate(database, "begin immediate", ""),
-        commit(database, "commit", ""),
-        savepoint(database, "savepoint work", ""),
-        release(database, "release work", ""),
+  Controls(Database& database, sqlite_api::sqlite3* connection)
+      : begin(connection, "begin"),
+        begin_immediate(connection, "begin immediate"),
+        commit(connection, "commit"),
+        rollback(connection, "rollback"),
+        savepoints{{{connection, "work_1"}, {connection, "work_2"}, {connection, "work_3"}}},
         data_version(database, "pragma data_version", "", "i") {}
 
-  Statement begin;
-  Statement begin_immediate;
-  Statement commit;
-  Statement savepoint;
-  Statement release;
+  Control begin;
+  Control begin_immediate;
+  Control commit;
+  Control rollback;
+  std::array<Savepoint, 3> savepoints;
   Statement data_version;
 };
 
@@ -148,7 +191,7 @@ void Database::Connect(int busy_milliseconds) {
   }
   UseWriteAheadLog(busy_milliseconds);
   Configure();
-  controls_ = std::make_unique<Controls>(*this);
+  controls_ = std::make_unique<Controls>(*this, backend.conn_);
 }
 
 // Two processes that open a new database at once may find it locked without being made to wait.
@@ -205,58 +248,62 @@ bool Database::InTransaction() noexcept {
   return sqlite_api::sqlite3_get_autocommit(ConnectionOf(session())) == 0;
 }
 
-// Straight to SQLite: it must not fail for want of memory. A failure that ended the transaction by
-// itself leaves nothing to undo.
-void Database::Undo(bool to_savepoint) noexcept {
+// A failure that ended the transaction by itself leaves nothing to undo; where a step cannot be
+// undone alone, all is.
+void Database::Undo(Savepoint* savepoint) noexcept {
   if (!InTransaction()) return;
-  const char* const sql = to_savepoint ? "rollback to work; release work" : "rollback";
-  sqlite_api::sqlite3_exec(ConnectionOf(session()), sql, nullptr, nullptr, nullptr);
+  if (savepoint != nullptr && savepoint->rollback.Try() && savepoint->release.Try()) return;
+  static_cast<void>(controls_->rollback.Try());
 }
 
 HRESULT Database::Run(Access access, WorkCall call, void* work) noexcept {
   if (batch_ && platform::Failed(batch_failure_)) return batch_failure_;
-  // A read would have to become a write in the middle, which fails when another process wrote.
-  if (depth_ > 0 && access == Access::kWrite && !writing_ && !batch_) return hr::kUnexpected;
   const bool nested = batch_ || depth_ > 0;
-  const bool was_writing = std::exchange(writing_, writing_ || access == Access::kWrite);
-  bool begun = false;
+  const bool write = access == Access::kWrite;
+  // A read would have to become a write in the middle, which fails when another process wrote.
+  if (write && depth_ > 0 && !writing_ && !batch_) return hr::kUnexpected;
+  Savepoint* savepoint = nullptr;
+  if (nested && write) {
+    if (depth_ >= static_cast<int>(controls_->savepoints.size())) return hr::kUnexpected;
+    savepoint = &controls_->savepoints[static_cast<std::size_t>(depth_)];
+  }
+  const bool was_writing = std::exchange(writing_, writing_ || write);
   ++depth_;
   HRESULT result = hr::kFail;
+  bool begun = !nested;
   try {
-    result = RunInTransaction(access, nested, call, work, &begun);
+    if (!nested) {
+      Undo(nullptr);  // what could not be undone for want of memory
+      (write ? controls_->begin_immediate : controls_->begin).Run();
+    } else if (savepoint != nullptr) {
+      savepoint->begin.Run();
+      begun = true;
+    }
+    result = call(work);
+    if (platform::Succeeded(result)) {
+      if (!nested) controls_->commit.Run();
+      if (savepoint != nullptr) savepoint->release.Run();
+    }
   } catch (...) {
     result = LogCurrentException();
   }
-  if (platform::Failed(result) && begun) Undo(nested);
+  if (platform::Failed(result) && begun) Undo(savepoint);
   --depth_;
   writing_ = was_writing;
-  if (access == Access::kWrite) ++changes_;
+  if (write) ++changes_;
   // Some failures end the whole transaction: then nothing of the batch is left.
   if (batch_ && !InTransaction()) batch_failure_ = platform::Failed(result) ? result : hr::kFail;
-  return result;
-}
-
-HRESULT Database::RunInTransaction(Access access, bool nested, WorkCall call, void* work,
-                                   bool* begun) {
-  const bool write = access == Access::kWrite;
-  if (nested && !write) return call(work);
-  Statement& begin = nested  ? controls_->savepoint
-                     : write ? controls_->begin_immediate
-                             : controls_->begin;
-  begin.Run();
-  *begun = true;
-  const HRESULT result = call(work);
-  if (platform::Succeeded(result)) (nested ? controls_->release : controls_->commit).Run();
   return result;
 }
 
 HRESULT Database::BeginBatch() noexcept {
   if (batch_ || depth_ > 0) return hr::kUnexpected;
   try {
+    Undo(nullptr);
     controls_->begin_immediate.Run();
   } catch (...) {
     const HRESULT result = LogCurrentException();
-    Undo(false);
+    Undo(nullptr);
     return result;
   }
   batch_ = true;
@@ -274,7 +321,7 @@ HRESULT Database::EndBatch(bool commit) noexcept {
       result = LogCurrentException();
     }
   }
-  Undo(false);
+  Undo(nullptr);
   batch_ = false;
   batch_failure_ = hr::kOk;
   ++changes_;

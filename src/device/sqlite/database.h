@@ -78,6 +78,7 @@ class Database {
   enum class Access : std::uint8_t { kRead, kWrite };
   struct Connection;
   struct Controls;
+  struct Savepoint;
   using WorkCall = platform::HRESULT (*)(void* work);
 
   template <typename Work>
@@ -90,10 +91,8 @@ class Database {
   void Configure();
   void UseWriteAheadLog(int busy_milliseconds);
   platform::HRESULT Run(Access access, WorkCall call, void* work) noexcept;
-  platform::HRESULT RunInTransaction(Access access, bool nested, WorkCall call, void* work,
-                                     bool* begun);
   platform::HRESULT LogCurrentException() noexcept;
-  void Undo(bool to_savepoint) noexcept;
+  void Undo(Savepoint* savepoint) noexcept;
   [[nodiscard]] bool InTransaction() noexcept;
   platform::HRESULT EndBatch(bool commit) noexcept;
 

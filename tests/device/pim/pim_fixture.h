@@ -37,6 +37,7 @@ using platform::IRecipient;
 using platform::IRecipients;
 using platform::IRecurrencePattern;
 using platform::ITask;
+using platform::IUnknown;
 using platform::kNoDate;
 using platform::kVariantFalse;
 using platform::kVariantTrue;

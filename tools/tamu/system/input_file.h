@@ -39,6 +39,8 @@ class InputFile {
   [[nodiscard]] const std::string& argument() const noexcept { return argument_; }
   // Of a regular file.
   [[nodiscard]] const std::optional<FileIdentity>& identity() const noexcept { return identity_; }
+  // Bytes of a regular file or of the copy, 0 otherwise.
+  [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
 
  private:
   [[nodiscard]] bool CopyToTemporary(int descriptor, std::string* problem);
@@ -47,6 +49,7 @@ class InputFile {
   std::string shown_;
   std::u16string path_;
   std::optional<FileIdentity> identity_;
+  std::uint64_t size_ = 0;
   int temporary_ = -1;
 };
 

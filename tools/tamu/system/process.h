@@ -7,8 +7,12 @@
 
 namespace tamu::tool {
 
-// Called once, first: a pipe without a reader becomes an error of writing instead of the end.
+// Called once, first: a pipe without a reader, and a file at the size that the user may write, become
+// errors of writing instead of the end.
 void PROCESS_Prepare() noexcept;
+
+// The number that no other process has while this one runs.
+[[nodiscard]] std::string PROCESS_Number();
 
 [[nodiscard]] bool PROCESS_IsTerminal(std::FILE* stream) noexcept;
 

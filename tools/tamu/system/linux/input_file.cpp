@@ -21,6 +21,11 @@ bool ReopensAtItsPosition(int descriptor, const struct stat& status, Reading rea
   return reading == Reading::kOnce && !S_ISSOCK(status.st_mode);
 }
 
+std::uint64_t SizeOf(int descriptor) noexcept {
+  struct stat status = {};
+  return ::fstat(descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
 }  // namespace
 
 InputFile::~InputFile() {
@@ -44,6 +49,7 @@ bool InputFile::CopyToTemporary(int descriptor, std::string* problem) {
       break;
   }
   path_ = platform::PathFromNative(PathOfDescriptor(temporary_));
+  size_ = SizeOf(temporary_);
   return true;
 }
 
@@ -63,7 +69,10 @@ bool InputFile::Open(const std::string& argument, Reading reading, std::string* 
     *problem = "this is a folder; name the files in it";
     return false;
   }
-  if (S_ISREG(status.st_mode)) identity_ = FileIdentity{status.st_dev, status.st_ino};
+  if (S_ISREG(status.st_mode)) {
+    identity_ = FileIdentity{status.st_dev, status.st_ino};
+    size_ = static_cast<std::uint64_t>(status.st_size);
+  }
   if (standard_input) {
     return ReopensAtItsPosition(STDIN_FILENO, status, reading) ||
            CopyToTemporary(STDIN_FILENO, problem);

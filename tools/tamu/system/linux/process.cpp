@@ -51,7 +51,12 @@ void CatchEndingSignals() noexcept {
 
 }  // namespace
 
-void PROCESS_Prepare() noexcept { ::signal(SIGPIPE, SIG_IGN); }
+void PROCESS_Prepare() noexcept {
+  ::signal(SIGPIPE, SIG_IGN);
+  ::signal(SIGXFSZ, SIG_IGN);
+}
+
+std::string PROCESS_Number() { return std::to_string(::getpid()); }
 
 bool PROCESS_IsTerminal(std::FILE* stream) noexcept { return ::isatty(::fileno(stream)) == 1; }
 
