@@ -19,9 +19,9 @@ std::string JsonLine(const CatalogueEntry& entry) {
   Json line;
   line["kind"] = STORED_Words(entry.id.kind).one;
   line["id"] = entry.id.Text();
-  line["date"] = OrNull(LIST_Date(entry, "T"));
-  line["title"] = DISPLAY_ToUtf8(entry.title);
-  line["detail"] = DISPLAY_ToUtf8(entry.detail);
+  line["date"] = OrNull(LIST_Date(entry));
+  line["title"] = DISPLAY_ToUtf8(LIST_Title(entry));
+  line["detail"] = DISPLAY_ToUtf8(LIST_Detail(entry));
   line["state"] = OrNull(entry.state);
   line["folder"] = OrNull(entry.folder);
   return DISPLAY_Json(line.dump()) + "\n";

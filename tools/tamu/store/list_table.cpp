@@ -1,10 +1,11 @@
 #include "store/list_table.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "date_words.h"
 #include "display_text.h"
+#include "mail_text.h"
+#include "platform/code_pages.h"
 
 namespace tamu::tool {
 namespace {
@@ -46,17 +47,31 @@ bool TakesADay(const CatalogueEntry& entry, const DateFields& fields) noexcept {
   return midnight && (entry.id.kind == StoredKind::kTodo || entry.state == "all day");
 }
 
-}  // namespace
+// The store has headers as they came.
+std::u16string Decoded(const CatalogueEntry& entry, const std::u16string& text) {
+  if (entry.id.kind != StoredKind::kMessage) return text;
+  return MAIL_DecodeHeader(DISPLAY_ToUtf8(text), platform::kCpUtf8);
+}
 
-std::string LIST_Date(const CatalogueEntry& entry, std::string_view separator) {
-  DateFields fields;
-  if (!entry.when || !DATE_ToFields({*entry.when, true}, &fields)) return {};
-  std::string text = DATE_Iso(fields, !TakesADay(entry, fields), "");
-  if (const std::size_t place = text.find('T'); place != std::string::npos) {
-    text.replace(place, 1, separator);
-  }
+// "2003-12-31 23:59": people need no seconds.
+std::string DateColumn(const CatalogueEntry& entry) {
+  constexpr std::size_t kMinutesEnd = 16, kTimePlace = 10;
+  std::string text = LIST_Date(entry).substr(0, kMinutesEnd);
+  if (text.size() > kTimePlace) text[kTimePlace] = ' ';
   return text;
 }
+
+}  // namespace
+
+std::string LIST_Date(const CatalogueEntry& entry) {
+  DateFields fields;
+  if (!entry.when || !DATE_ToFields({*entry.when, true}, &fields)) return {};
+  return DATE_Iso(fields, !TakesADay(entry, fields), "");
+}
+
+std::u16string LIST_Title(const CatalogueEntry& entry) { return Decoded(entry, entry.title); }
+
+std::u16string LIST_Detail(const CatalogueEntry& entry) { return Decoded(entry, entry.detail); }
 
 std::size_t LIST_Width(std::string_view utf8) noexcept {
   std::size_t width = 0;
@@ -78,9 +93,9 @@ void ListTable::Add(const CatalogueEntry& entry) {
   const bool is_note = entry.id.kind == StoredKind::kNote;
   Row row = {std::string(STORED_Words(entry.id.kind).one),
              is_note ? "-" : entry.id.Text(),
-             LIST_Date(entry, " "),
-             DISPLAY_Line(entry.title),
-             DISPLAY_Line(entry.detail),
+             DateColumn(entry),
+             DISPLAY_Line(LIST_Title(entry)),
+             DISPLAY_Line(LIST_Detail(entry)),
              std::string(entry.state),
              std::string(entry.folder)};
   if (settled_) {

@@ -16,8 +16,12 @@
 
 namespace tamu::tool {
 
-// "2003-12-31 23:59", or the day alone where no time belongs to it; "" when there is none.
-[[nodiscard]] std::string LIST_Date(const CatalogueEntry& entry, std::string_view separator);
+// "2003-12-31T23:59:59", or the day alone where no time belongs to it; "" when there is none.
+[[nodiscard]] std::string LIST_Date(const CatalogueEntry& entry);
+
+// The title and the detail, of a message with its encoded words (RFC 2047) decoded.
+[[nodiscard]] std::u16string LIST_Title(const CatalogueEntry& entry);
+[[nodiscard]] std::u16string LIST_Detail(const CatalogueEntry& entry);
 
 // How many columns of a terminal a text takes: none for marks that stand on the character before
 // them, two for the wide characters of East Asia and for emoji.
