@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <pty.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,15 @@ std::string ReadFileBytes(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+std::vector<std::string> FileNames(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 std::string Card(const std::string& name) {
   return "BEGIN:VCARD\r\nVERSION:2.1\r\nN:" + name + "\r\nEND:VCARD\r\n";
 }
@@ -73,14 +83,7 @@ bool Program::Exists(const std::string& name) const {
   return ::lstat(Path(name).c_str(), &status) == 0;
 }
 
-std::vector<std::string> Program::Names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
+std::vector<std::string> Program::Names() const { return FileNames(folder_); }
 
 void Program::Become(const std::vector<std::string>& arguments) const {
   // Only what a test sets reaches the program, and what a sanitizer's runtime listens to.
@@ -95,6 +98,10 @@ void Program::Become(const std::vector<std::string>& arguments) const {
   for (const auto& [name, value] : environment_) ::setenv(name.c_str(), value.c_str(), 1);
   if (::chdir(folder_.c_str()) != 0) ::_exit(kFailedToStart);
   if (drop_privileges_ && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(kFailedToStart);
+  if (file_size_limit_ != 0) {
+    const rlimit limit = {file_size_limit_, file_size_limit_};
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(kFailedToStart);
+  }
   ::umask(022);
   std::vector<char*> words = {const_cast<char*>(TAMU_PROGRAM)};
   for (const std::string& argument : arguments)
@@ -144,12 +151,18 @@ pid_t Program::Start(const std::vector<std::string>& arguments, int* input) cons
   if (child == 0) {
     ::dup2(ends[0], STDIN_FILENO);
     Redirect(output_.empty() ? "/dev/null" : output_, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-    Redirect("/dev/null", O_WRONLY, STDERR_FILENO);
+    Redirect(errors_.empty() ? "/dev/null" : errors_, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
     Become(arguments);
   }
   ::close(ends[0]);
   *input = ends[1];
   return child;
+}
+
+int Program::Wait(pid_t child) {
+  int status = 0;
+  if (::waitpid(child, &status, 0) != child) ::abort();
+  return ExitCodeOf(status);
 }
 
 }  // namespace tamu::tool

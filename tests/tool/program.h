@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,6 +27,8 @@ class Program {
   Program& operator=(const Program&) = delete;
 
   [[nodiscard]] const std::string& folder() const { return folder_; }
+  // The device's folder.
+  [[nodiscard]] const std::string& home() const { return home_; }
   [[nodiscard]] std::string Path(const std::string& name) const { return folder_ + "/" + name; }
   void Write(const std::string& name, const std::string& bytes) const;
   [[nodiscard]] std::string Read(const std::string& name) const;
@@ -41,6 +44,10 @@ class Program {
   void SetOutput(std::string path) { output_ = std::move(path); }
   // Standard output is a pipe whose reader is gone.
   void SetOutputWithoutReader() { output_has_no_reader_ = true; }
+  // Where standard error of a started program goes; nowhere without it.
+  void SetErrors(std::string path) { errors_ = std::move(path); }
+  // No file may grow beyond so many bytes.
+  void SetFileSizeLimit(std::uint64_t bytes) { file_size_limit_ = bytes; }
   // Runs as somebody who is not root.
   void DropPrivileges() { drop_privileges_ = true; }
 
@@ -49,8 +56,10 @@ class Program {
 
   [[nodiscard]] ProgramResult Run(const std::vector<std::string>& arguments) const;
   // Starts the program and does not wait; its standard input is the read end of a pipe whose write
-  // end is stored; standard output goes to SetOutput's file or nowhere.
+  // end is stored; standard output and standard error go to the files that were set or nowhere.
   [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments, int* input) const;
+  // Waits for a started program; 128 + the signal's number when one ended it.
+  [[nodiscard]] static int Wait(pid_t child);
 
  private:
   [[noreturn]] void Become(const std::vector<std::string>& arguments) const;
@@ -59,10 +68,15 @@ class Program {
   std::string home_;
   std::string input_;
   std::string output_;
+  std::string errors_;
+  std::uint64_t file_size_limit_ = 0;
   std::vector<std::pair<std::string, std::string>> environment_;
   bool output_has_no_reader_ = false;
   bool drop_privileges_ = false;
 };
+
+// Names in a folder, sorted.
+[[nodiscard]] std::vector<std::string> FileNames(const std::string& folder);
 
 [[nodiscard]] std::string ReadFileBytes(const std::string& path);
 

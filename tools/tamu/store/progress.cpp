@@ -11,7 +11,6 @@ namespace {
 constexpr std::size_t kColumns = 79;
 constexpr std::size_t kNameBytes = 24;
 constexpr std::size_t kBarWidth = 20;
-constexpr std::chrono::milliseconds kSilence{1000};
 constexpr std::chrono::milliseconds kPeriod{100};
 
 bool IsContinuation(char byte) noexcept {
@@ -47,8 +46,8 @@ std::string PROGRESS_Line(const ProgressState& state, std::uint64_t all_objects,
   return line;
 }
 
-Progress::Progress()
-    : terminal_(PROCESS_IsTerminal(stderr)), start_(Clock::now()), next_(start_ + kSilence) {}
+Progress::Progress(std::chrono::milliseconds silence)
+    : terminal_(PROCESS_IsTerminal(stderr)), start_(Clock::now()), next_(start_ + silence) {}
 
 void Progress::Update(const ProgressState& state) {
   if (!terminal_) return;

@@ -25,7 +25,8 @@ struct ProgressState {
 
 class Progress {
  public:
-  Progress();
+  // Nothing is shown before `silence` has passed.
+  explicit Progress(std::chrono::milliseconds silence = std::chrono::milliseconds(1000));
   ~Progress() { Hide(); }
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;

@@ -55,6 +55,15 @@ StoreOutcome OutcomeOf(ObjectKind kind, TamuResult result, const ObjectRecord& r
   return outcome;
 }
 
+// The device keeps one text of a message.
+void RemarkOnParts(const MessageShape& message, std::vector<std::string>* remarks) {
+  std::uint64_t parts = message.body.text == nullptr && message.body.temp_file[0] != 0 ? 1 : 0;
+  for (const BodyPart* part = message.body.next; part != nullptr; part = part->next) ++parts;
+  if (parts == 0) return;
+  remarks->push_back(KIND_Count(parts, {"part of it was", "parts of it were"}) +
+                     " left out: the device keeps the first text alone");
+}
+
 StoreOutcome OutcomeOfNote(bool written, std::string problem) {
   StoreOutcome outcome;
   if (!written) outcome.failure = std::move(problem);
@@ -92,7 +101,9 @@ StoreOutcome STORE_Add(ObjectKind kind, ObjectRecord* record) {
   }
   const ErrorLines logged;
   const TamuResult result = TAMU_AddObject(kind, record, nullptr);
-  return OutcomeOf(kind, result, *record, logged);
+  StoreOutcome outcome = OutcomeOf(kind, result, *record, logged);
+  if (KIND_IsMessage(kind)) RemarkOnParts(record->message, &outcome.remarks);
+  return outcome;
 }
 
 StoreOutcome STORE_Update(ObjectKind kind, const std::string& id, ObjectRecord* record) {
@@ -104,9 +115,10 @@ StoreOutcome STORE_Update(ObjectKind kind, const std::string& id, ObjectRecord* 
   const ErrorLines logged;
   const TamuResult result = TAMU_ModifyObject(kind, id.c_str(), record);
   StoreOutcome outcome = OutcomeOf(kind, result, *record, logged);
+  if (!KIND_IsMessage(kind)) return outcome;
   const MessageShape& message = record->message;
-  if (outcome.failure.empty() && KIND_IsMessage(kind) &&
-      (message.to[0] != '\0' || message.cc[0] != '\0')) {
+  RemarkOnParts(message, &outcome.remarks);
+  if (message.to[0] != '\0' || message.cc[0] != '\0') {
     outcome.remarks.emplace_back("its recipients were added beside those that it had");
   }
   return outcome;
