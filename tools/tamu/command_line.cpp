@@ -138,6 +138,7 @@ void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments) {
   rule->add_flag("--json", arguments->rule.json, "Print one JSON object a line");
   rule->footer(kRuleFooter);
 
+  COMMANDLINE_DescribeViews(app, arguments);
   COMMANDLINE_DescribeStores(app, arguments);
   DescribeConfig(app, arguments);
   DescribeLog(app, arguments);
@@ -154,6 +155,7 @@ int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments, Console* co
   if (app.got_subcommand("check")) return COMMAND_Check(arguments.check, console);
   if (app.got_subcommand("rewrite")) return COMMAND_Rewrite(arguments.rewrite, console);
   if (app.got_subcommand("rrule")) return COMMAND_Rule(arguments.rule, console);
+  if (const std::optional<int> code = COMMANDLINE_RunView(app, arguments, console)) return *code;
   if (app.got_subcommand("config")) {
     return RunConfig(*app.get_subcommand("config"), arguments, console);
   }

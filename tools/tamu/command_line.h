@@ -23,6 +23,10 @@ struct Arguments {
   std::string config_name;
   std::string config_value;
   LogOptions log;
+  ListOptions list;
+  ShowOptions show;
+  ExportOptions export_options;
+  bool doctor_json = false;
   ImportOptions import_files;
   FindOptions find;
   UpdateOptions update;
@@ -31,6 +35,11 @@ struct Arguments {
 
 // Adds every command with its options, which `arguments` receive when the line is parsed.
 void COMMANDLINE_Describe(CLI::App* app, Arguments* arguments);
+
+// The commands that look at the device's stores. Running gives none when the line names another one.
+void COMMANDLINE_DescribeViews(CLI::App* app, Arguments* arguments);
+[[nodiscard]] std::optional<int> COMMANDLINE_RunView(const CLI::App& app,
+                                                     const Arguments& arguments, Console* console);
 
 // Runs the command that the line named. Returns the exit code.
 [[nodiscard]] int COMMANDLINE_Run(const CLI::App& app, const Arguments& arguments,

@@ -96,6 +96,31 @@ struct DeleteOptions {
 // Deletes objects of the device.
 [[nodiscard]] int COMMAND_Delete(const DeleteOptions& options, Console* console);
 
+struct ListOptions {
+  std::vector<std::string> kinds;  // names of kinds, none for all
+  bool json = false;
+};
+// Lists what is on the device.
+[[nodiscard]] int COMMAND_List(const ListOptions& options, Console* console);
+
+struct ShowOptions {
+  std::string kind;
+  std::string id;
+  bool json = false;
+};
+// Shows one object of the device.
+[[nodiscard]] int COMMAND_Show(const ShowOptions& options, Console* console);
+
+struct ExportOptions {
+  std::vector<std::string> kinds;  // names of kinds, none for all
+  std::string out = "-";           // a file, or a folder
+};
+// Writes objects of the device to files, and reads them back to say what does not come back.
+[[nodiscard]] int COMMAND_Export(const ExportOptions& options, Console* console);
+
+// Says what of the device works.
+[[nodiscard]] int COMMAND_Doctor(bool json, Console* console);
+
 }  // namespace tamu::tool
 
 #endif  // TAMU_TOOLS_COMMANDS_H_

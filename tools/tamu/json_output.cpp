@@ -131,6 +131,21 @@ std::string_view BoxOf(ObjectKind kind) noexcept {
   return kind == KIND_MSG_SENT ? "sent" : kind == KIND_MSG_OUTBOX ? "outbox" : "inbox";
 }
 
+// What an object has wherever it comes from.
+void AddObject(const ObjectView& object, Json* json) {
+  (*json)["name"] = DISPLAY_ToUtf8(object.name);
+  (*json)["luid"] = DISPLAY_BytesToUtf8(object.luid);
+  (*json)["version"] = DISPLAY_BytesToUtf8(object.version);
+  if (object.kind == KIND_CALENDAR && object.component == COMPONENT_EVENT) {
+    (*json)["allDay"] = object.all_day;
+  }
+  (*json)["properties"] = Json::array();
+  for (const PropertyView& property : object.properties) {
+    (*json)["properties"].push_back(PropertyOf(property));
+  }
+  if (object.message) AddMessage(*object.message, BoxOf(object.kind), json);
+}
+
 }  // namespace
 
 std::string JSON_Object(const ObjectView& object, std::string_view file) {
@@ -140,18 +155,18 @@ std::string JSON_Object(const ObjectView& object, std::string_view file) {
   // Bytes of the name that are not UTF-8 become U+FFFD.
   json["file"] = DISPLAY_ToUtf8(platform::PathFromNative(file));
   json["line"] = object.line;
-  json["name"] = DISPLAY_ToUtf8(object.name);
-  json["luid"] = DISPLAY_BytesToUtf8(object.luid);
-  json["version"] = DISPLAY_BytesToUtf8(object.version);
-  if (object.kind == KIND_CALENDAR && object.component == COMPONENT_EVENT) {
-    json["allDay"] = object.all_day;
-  }
-  json["properties"] = Json::array();
-  for (const PropertyView& property : object.properties) {
-    json["properties"].push_back(PropertyOf(property));
-  }
-  if (object.message) AddMessage(*object.message, BoxOf(object.kind), &json);
+  AddObject(object, &json);
   return DISPLAY_Json(json.dump()) + "\n";
+}
+
+std::string JSON_StoredObject(const ObjectView& object, std::string_view id,
+                              const std::vector<std::string>& losses) {
+  Json json;
+  json["kind"] = KindOf(object);
+  json["id"] = id;
+  AddObject(object, &json);
+  json["losses"] = losses;
+  return DISPLAY_Json(json.dump(-1, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace tamu::tool

@@ -1,6 +1,7 @@
 #include "store/catalogue.h"
 
 #include "device/ink/documents.h"
+#include "display_text.h"
 #include "platform/bstr.h"
 #include "platform/last_error.h"
 #include "text/date_value.h"
@@ -220,6 +221,13 @@ bool CountMessages(std::uint64_t* count) {
 }
 
 }  // namespace
+
+std::string CATALOGUE_Label(const CatalogueEntry& entry) {
+  std::string text(STORED_Words(entry.id.kind).one);
+  if (entry.id.kind != StoredKind::kNote) text += " " + entry.id.Text();
+  if (!entry.title.empty()) text += " \"" + DISPLAY_Line(entry.title) + "\"";
+  return text;
+}
 
 bool CATALOGUE_List(const DeviceSession& device, const std::vector<StoredKind>& kinds,
                     const CatalogueTaker& taker, std::string* problem) {

@@ -27,6 +27,9 @@ struct CatalogueEntry {
   std::string_view folder;     // of a message
 };
 
+// What messages call it, safe to show: `contact 8000001a "Nia Okafor"`, `note "Shopping list"`.
+[[nodiscard]] std::string CATALOGUE_Label(const CatalogueEntry& entry);
+
 // Called for each object; false ends the listing.
 using CatalogueTaker = std::function<bool(const CatalogueEntry& entry)>;
 

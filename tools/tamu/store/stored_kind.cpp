@@ -1,5 +1,6 @@
 #include "store/stored_kind.h"
 
+#include <array>
 #include <iterator>
 
 #include "text/string_tools.h"
@@ -43,6 +44,21 @@ std::vector<StoredKind> STORED_KindsNamed(std::string_view name) {
     }
   }
   return {};
+}
+
+std::vector<StoredKind> STORED_KindsNamed(const std::vector<std::string>& names) {
+  std::array<bool, std::size(kStoredKinds)> named{};
+  named.fill(names.empty());
+  for (const std::string& name : names) {
+    const std::vector<StoredKind> kinds = STORED_KindsNamed(std::string_view(name));
+    if (kinds.empty()) return {};
+    for (const StoredKind kind : kinds) named[static_cast<std::size_t>(kind)] = true;
+  }
+  std::vector<StoredKind> all;
+  for (const StoredKind kind : kStoredKinds) {
+    if (named[static_cast<std::size_t>(kind)]) all.push_back(kind);
+  }
+  return all;
 }
 
 std::string_view STORED_KindNames() noexcept {

@@ -3,6 +3,7 @@
 #define TAMU_TOOLS_STORE_STORED_KIND_H_
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,10 @@ inline constexpr StoredKind kStoredKinds[] = {StoredKind::kContact, StoredKind::
 // The kinds that a name on the command line means, in the singular or the plural: one of them, or
 // events and to-dos for "calendar". Empty for any other name.
 [[nodiscard]] std::vector<StoredKind> STORED_KindsNamed(std::string_view name);
+
+// The kinds that several names mean together, each once and in their order; all without a name.
+// Empty when one of them means none.
+[[nodiscard]] std::vector<StoredKind> STORED_KindsNamed(const std::vector<std::string>& names);
 
 // The names of all kinds, for messages: "contact, event, todo, calendar, note, message".
 [[nodiscard]] std::string_view STORED_KindNames() noexcept;
