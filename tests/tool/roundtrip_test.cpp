@@ -22,13 +22,13 @@ using Json = nlohmann::json;
 
 constexpr const char* kKinds[] = {"contact", "calendar", "note", "message"};
 
+// Everything but what describes the files.
 std::vector<std::string> ObjectFiles(const fs::path& folder) {
   std::vector<std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    const std::string ending = entry.path().extension().string();
-    if (entry.is_regular_file() && ending.starts_with(".v")) {
-      files.push_back(fs::absolute(entry.path()).string());
-    }
+    const fs::path ending = entry.path().extension();
+    if (!entry.is_regular_file() || ending == ".md" || ending == ".tsv") continue;
+    files.push_back(fs::absolute(entry.path()).string());
   }
   std::sort(files.begin(), files.end());
   return files;
@@ -43,18 +43,36 @@ std::string WithoutBlanksBeforeAddress(std::string text) {
   return text.erase(end, address - end);
 }
 
+// What a device does not take back as it gives it, on purpose.
+void LeaveOutWhatIsNotTakenBack(Json* object) {
+  Json kept = Json::array();
+  for (Json& property : (*object)["properties"]) {
+    const std::string name = property["name"];
+    // A busy status that is written as no STATUS is read as the usual one.
+    if (name == "STATUS" && (*object)["kind"] == "event") continue;
+    // "for ever" wins over the end date that is written behind it.
+    if (name == "RRULE" && property["rule"]["tree"]["duration"] == 0) {
+      property.erase("values");
+      property.erase("text");
+      property["rule"].erase("generated");
+      property["rule"].erase("words");
+      property["rule"]["tree"].erase("endDate");
+    }
+    if (name == "ATTENDEE") {
+      for (const char* const member : {"values", "text"}) {
+        for (Json& text : property[member]) text = WithoutBlanksBeforeAddress(text);
+      }
+    }
+    kept.push_back(property);
+  }
+  (*object)["properties"] = kept;
+}
+
 // An object of a file but for where it stands and the identifier that its device gave it.
 std::string Substance(const std::string& line) {
   Json object = Json::parse(line);
   for (const char* const member : {"file", "line", "status", "luid"}) object.erase(member);
-  for (Json& property : object["properties"]) {
-    if (property["name"] != "ATTENDEE") continue;
-    for (const char* const member : {"values", "text"}) {
-      for (Json& text : property[member]) {
-        if (text.is_string()) text = WithoutBlanksBeforeAddress(text);
-      }
-    }
-  }
+  LeaveOutWhatIsNotTakenBack(&object);
   return object.dump();
 }
 
