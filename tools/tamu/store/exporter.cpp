@@ -8,6 +8,7 @@
 #include "object_reader.h"
 #include "platform/last_error.h"
 #include "platform/paths.h"
+#include "system/folder.h"
 
 namespace tamu::tool {
 namespace {
@@ -156,7 +157,10 @@ bool Exporter::WriteFolder(const std::vector<StoredKind>& kinds, const std::stri
     return WriteOne(entry, base + names.Next(entry.id));
   };
   if (!CATALOGUE_List(device_, kinds, take, &problem)) return Fail("", problem);
-  return Finish(DISPLAY_FileName(folder), "its file");
+  if (!FOLDER_BringToDisk(base, &problem)) {
+    return Fail(DISPLAY_FileName(folder), "it cannot be brought to disk: " + problem);
+  }
+  return Finish(DISPLAY_FileName(folder), changed_ == 1 ? "its file" : "their files");
 }
 
 // False when there is no sense in going on.
@@ -184,7 +188,7 @@ bool Exporter::WriteOne(const CatalogueEntry& entry, const std::string& path) {
     reason = std::string("writing failed: ") + platform::ErrorText(out.error());
     return fail();
   }
-  if (!target.Commit(&reason)) return fail();
+  if (!target.Commit(&reason, ToDisk::kLater)) return fail();
   Count(entry);
   TellChanges(target.shown(), entry, outcome.differences);
   return true;

@@ -151,12 +151,34 @@ std::string BodyBytes(const std::u16string& text) {
   return DISPLAY_ToUtf8(lines);
 }
 
+// Readers take "=" at the end of a line for a soft line break, and "=0D=0A" for a line break,
+// whatever the encoding.
+bool ReadsAsQuotedPrintable(const std::string& bytes) {
+  return bytes.ends_with('=') || bytes.find("=\n") != std::string::npos ||
+         bytes.find("=0D=0A") != std::string::npos;
+}
+
+// Only "=" has to be encoded: the other bytes are themselves in quoted-printable, too.
+std::string EncodeEquals(const std::string& bytes) {
+  std::string encoded;
+  for (const char character : bytes) {
+    if (character == '=') {
+      encoded += "=3D";
+    } else {
+      encoded += character;
+    }
+  }
+  return encoded;
+}
+
 void FillBody(IMessage* message, BodyPart& part) {
   std::u16string text;
   if (!ReadBody(message, &text)) return;
-  const std::string bytes = BodyBytes(text);
+  std::string bytes = BodyBytes(text);
+  const bool encode = ReadsAsQuotedPrintable(bytes);
+  if (encode) bytes = EncodeEquals(bytes);
   STR_CopyField(part.content_type, "text/plain; charset=UTF-8");
-  STR_CopyField(part.transfer_encoding, "8bit");
+  STR_CopyField(part.transfer_encoding, encode ? "quoted-printable" : "8bit");
   MemPtr<char> copy = MEM_CopyText(bytes);
   if (!copy) throw std::bad_alloc();
   part.text = copy.release();

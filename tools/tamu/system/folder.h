@@ -10,6 +10,10 @@ namespace tamu::tool {
 // be made.
 [[nodiscard]] bool FOLDER_TakesFiles(const std::string& folder, std::string* reason);
 
+// Brings everything that was written in the folder to disk. False, with the system's reason, when
+// that fails.
+[[nodiscard]] bool FOLDER_BringToDisk(const std::string& folder, std::string* reason);
+
 }  // namespace tamu::tool
 
 #endif  // TAMU_TOOLS_SYSTEM_FOLDER_H_

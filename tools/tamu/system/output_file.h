@@ -15,6 +15,10 @@
 
 namespace tamu::tool {
 
+// When what is committed has to survive the machine's death: at once, or, of many files, when their
+// folder is brought to disk (system/folder.h).
+enum class ToDisk : std::uint8_t { kNow, kLater };
+
 class OutputFile {
  public:
   OutputFile() = default;
@@ -41,14 +45,14 @@ class OutputFile {
   [[nodiscard]] const char16_t* path() const noexcept { return path_.c_str(); }
 
   // Brings what was written to disk and to its place. Returns false when that fails.
-  [[nodiscard]] bool Commit(std::string* problem);
+  [[nodiscard]] bool Commit(std::string* problem, ToDisk to_disk = ToDisk::kNow);
 
  private:
   enum class Place : std::uint8_t { kFile, kDirect, kStandardOutput };
 
   [[nodiscard]] bool KeepContent(std::uint64_t bytes, std::string* problem);
   [[nodiscard]] bool TakeMode() noexcept;
-  [[nodiscard]] bool ReplaceTarget(std::string* problem);
+  [[nodiscard]] bool ReplaceTarget(ToDisk to_disk, std::string* problem);
 
   Place place_ = Place::kFile;
   std::string shown_;

@@ -145,8 +145,9 @@ bool OutputFile::TakeMode() noexcept {
   return ::fchmod(descriptor_, old.st_mode & 0777) == 0;
 }
 
-bool OutputFile::ReplaceTarget(std::string* problem) {
-  if (!TakeMode() || Uninterrupted([&] { return ::fsync(descriptor_); }) != 0) {
+bool OutputFile::ReplaceTarget(ToDisk to_disk, std::string* problem) {
+  const bool now = to_disk == ToDisk::kNow;
+  if (!TakeMode() || (now && Uninterrupted([&] { return ::fsync(descriptor_); }) != 0)) {
     *problem = Failed("bring it to disk");
     return false;
   }
@@ -155,16 +156,16 @@ bool OutputFile::ReplaceTarget(std::string* problem) {
     return false;
   }
   beside_.Keep();
-  SyncFolder(FolderOf(target_));
+  if (now) SyncFolder(FolderOf(target_));
   return true;
 }
 
-bool OutputFile::Commit(std::string* problem) {
+bool OutputFile::Commit(std::string* problem, ToDisk to_disk) {
   switch (place_) {
     case Place::kDirect:
       return true;
     case Place::kFile:
-      return ReplaceTarget(problem);
+      return ReplaceTarget(to_disk, problem);
     case Place::kStandardOutput:
       break;
   }
