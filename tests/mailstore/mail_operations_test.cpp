@@ -157,6 +157,8 @@ TEST_P(MailOperations, FindLogsFolderDateAndSubject) {
                              "MAPI:  MAPI_FindMail() Folder:SENTBOX Date:12/31/2003 23:59:59 "
                              "Subj:'Meeting'",
                              "MAPI:  MAPI_FindMail - No more rows found (total=0)"}));
+  EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
+  EXPECT_EQ(log.lines()[1].severity, LogSeverity::kInformation);
 }
 
 TEST_P(MailOperations, FindCountsTheRowsItHasSeen) {
@@ -275,14 +277,14 @@ TEST_P(MailOperations, FindFailuresAreLoggedAndReadAsNotFound) {
     calls.Answer(method, kStrange);
     const LogCapture log;
     EXPECT_EQ(MAPI_FindMail(record.get(), nullptr), 0U);
-    EXPECT_TRUE(log.Has(text)) << text;
+    EXPECT_TRUE(log.HasError(text)) << text;
   }
   CallHookScope calls;
   calls.Answer("IExactMailFind::FindMessage", kStrange);
   calls.Answer("IMAPITable::QueryRows", kStrange);
   const LogCapture log;
   EXPECT_EQ(MAPI_FindMail(record.get(), nullptr), 0U);
-  EXPECT_TRUE(log.Has("MAPI:  lpMessageTable->QueryRows failed with code: 0x80041234"));
+  EXPECT_TRUE(log.HasError("MAPI:  lpMessageTable->QueryRows failed with code: 0x80041234"));
 }
 
 TEST_P(MailOperations, ColumnsThatFailAreLoggedAndTheSearchGoesOn) {
@@ -293,7 +295,7 @@ TEST_P(MailOperations, ColumnsThatFailAreLoggedAndTheSearchGoesOn) {
   calls.Answer("IMAPITable::SetColumns", kStrange);
   const LogCapture log;
   EXPECT_EQ(MAPI_FindMail(record.get(), nullptr), 1U);
-  EXPECT_TRUE(log.Has("MAPI:  lpMessageTable->SetColumns failed with code: 0x80041234"));
+  EXPECT_TRUE(log.HasError("MAPI:  lpMessageTable->SetColumns failed with code: 0x80041234"));
 }
 
 TEST_P(MailOperations, ModifySetsThePropertiesAnew) {
@@ -309,7 +311,7 @@ TEST_P(MailOperations, ModifySetsThePropertiesAnew) {
   EXPECT_EQ(messages[0].body, std::u16string(u"x\0", 2));
 }
 
-TEST_P(MailOperations, ModifyAddsTheRecipientsOnceMore) {
+TEST_P(MailOperations, ModifyAddsTheRecipientsOnceMoreKeptOnPurpose) {
   MessageRecord record;
   FillMessage(&record);
   const std::string id = Add(&record);
@@ -332,6 +334,8 @@ TEST_P(MailOperations, ModifyWithAnIdThatIsNotHexadecimalGives9) {
     const LogCapture log;
     EXPECT_EQ(MAPI_ModifyMail(record.get(), wrong.c_str()), TAMU_INVALID_ID);
     EXPECT_EQ(log.texts().back(), "MAPI:  FBinFromHex to convert ID");
+    EXPECT_EQ(log.lines().back().severity, LogSeverity::kError);
+    EXPECT_EQ(log.lines().front().severity, LogSeverity::kInformation);
     EXPECT_EQ(log.lines().front().text, "MAPI:  MAPI_ModifyMail() Folder: ID:'" + wrong + "'");
   }
 }
@@ -344,6 +348,7 @@ TEST_P(MailOperations, ModifyOfAMessageThatIsNotThereGives14) {
   EXPECT_EQ(MAPI_ModifyMail(record.get(), id.c_str()), TAMU_GENERAL_PIM_ERROR);
   EXPECT_EQ(log.texts().back(),
             "MAPI:  lpFolder->OpenEntry for Mailbox failed with code: 0x8004010f");
+  EXPECT_EQ(log.lines().back().severity, LogSeverity::kError);
 }
 
 TEST_P(MailOperations, ModifyOfAFolderChangesNothingAndReturnsZero) {
@@ -380,6 +385,9 @@ TEST_P(MailOperations, EveryFailingPropertyHasItsLineAndDoesNotStopTheOthers) {
                 "MAPI:  lpMessage->SetProps(PR_MESSAGE_FLAG) failed with code: 0x80041234",
                 "MAPI:  lpMessage->SetProps(PR_SENDER_*) failed with code: 0x80041234",
                 "MAPI:  pmsg->ModifyRecipients failed with code: 0x80041234"}));
+  for (std::size_t i = 1; i < log.lines().size(); ++i) {
+    EXPECT_EQ(log.lines()[i].severity, LogSeverity::kError);
+  }
 }
 
 TEST_P(MailOperations, BodyThatCannotBeWrittenIsLoggedAndDoesNotStopTheOthers) {
@@ -401,7 +409,7 @@ TEST_P(MailOperations, CreateThatFailsGives14) {
   calls.Answer("IMAPIFolder::CreateMessage", kStrange);
   const LogCapture log;
   EXPECT_EQ(MAPI_AddMail(record.get(), nullptr), TAMU_GENERAL_PIM_ERROR);
-  EXPECT_TRUE(log.Has("MAPI:  lpFolder->CreateMessage failed with code: 0x80041234"));
+  EXPECT_TRUE(log.HasError("MAPI:  lpFolder->CreateMessage failed with code: 0x80041234"));
 }
 
 TEST_P(MailOperations, IdThatCannotBeReadGives14WhenItIsAskedFor) {
@@ -412,7 +420,7 @@ TEST_P(MailOperations, IdThatCannotBeReadGives14WhenItIsAskedFor) {
   std::array<char, 64> id{};
   const LogCapture log;
   EXPECT_EQ(MAPI_AddMail(record.get(), id.data()), TAMU_GENERAL_PIM_ERROR);
-  EXPECT_TRUE(log.Has("MAPI:  lpMessage->GetProps(PR_ENTRYID) failed with code: 0x80041234"));
+  EXPECT_TRUE(log.HasError("MAPI:  lpMessage->GetProps(PR_ENTRYID) failed with code: 0x80041234"));
 }
 
 TEST_P(MailOperations, RecipientsWithoutMemoryGiveItsCode) {
@@ -478,6 +486,7 @@ TEST(MailOperationsWithoutFolders, FindAndModifySayThatTheFolderIsNull) {
   const LogCapture log;
   EXPECT_EQ(MAPI_ModifyMail(record.get(), "00"), TAMU_GENERAL_PIM_ERROR);
   EXPECT_EQ(log.texts().back(), "MAPI:  MAPI_ModifyMail error - lpFolder is NULL");
+  EXPECT_EQ(log.lines().back().severity, LogSeverity::kError);
 }
 
 TEST(MailOperationsWithoutFolders, AddGives14) {

@@ -35,6 +35,13 @@ class LogCapture {
     }
     return false;
   }
+  // The same for error lines alone.
+  [[nodiscard]] bool HasError(const std::string& text) const {
+    for (const Line& line : lines_) {
+      if (line.text == text && line.severity == LogSeverity::kError) return true;
+    }
+    return false;
+  }
 
  private:
   static void Observe(const LogLine& line, void* user) {

@@ -103,6 +103,11 @@ class MemoryItemStore final : public device::ItemStore {
     return platform::hr::kOk;
   }
 
+  HRESULT Stamp(ItemKind kind, device::ListStamp* stamp) noexcept override {
+    *stamp = {last_oid_, 0, 0};
+    return Count(kind, &stamp->count);
+  }
+
  private:
   template <typename Work>
   static HRESULT CatchNoMemory(const Work& work) noexcept {

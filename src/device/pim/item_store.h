@@ -27,6 +27,15 @@ struct SearchTerm {
   double date = 0;           // of a date property: equals exactly
 };
 
+// Tells which items of a kind there are: the same as long as none came or went.
+struct ListStamp {
+  std::int32_t last_oid = 0;
+  std::int32_t count = 0;
+  std::uint32_t undone = 0;  // batches of this process that came to nothing
+
+  friend bool operator==(const ListStamp&, const ListStamp&) = default;
+};
+
 class ItemStore {
  public:
   ItemStore() = default;
@@ -59,6 +68,9 @@ class ItemStore {
 
   // A number that differs after any change of items, of this process or another.
   [[nodiscard]] virtual platform::HRESULT Version(std::uint64_t* version) noexcept = 0;
+
+  // For lists of all items of a kind, which changes of single items leave as they are.
+  [[nodiscard]] virtual platform::HRESULT Stamp(ItemKind kind, ListStamp* stamp) noexcept = 0;
 };
 
 }  // namespace tamu::device

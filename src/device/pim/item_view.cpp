@@ -170,10 +170,16 @@ HRESULT ItemView::Refresh() {
   std::uint64_t version = 0;
   TAMU_DEVICE_TRY(store->Version(&version));
   if (listed_ && version == version_) return hr::kOk;
-  listed_ = false;
-  std::vector<std::int32_t> oids;
-  TAMU_DEVICE_TRY(restrictions_.empty() && !order_ ? ListAll(&oids) : ListShown(&oids));
-  oids_ = std::move(oids);
+  const bool all = restrictions_.empty() && !order_;
+  ListStamp stamp;
+  if (all) TAMU_DEVICE_TRY(store->Stamp(kind_, &stamp));
+  if (!all || !listed_ || stamp != stamp_) {
+    listed_ = false;
+    std::vector<std::int32_t> oids;
+    TAMU_DEVICE_TRY(all ? ListAll(&oids) : ListShown(&oids));
+    oids_ = std::move(oids);
+    stamp_ = stamp;
+  }
   version_ = version;
   listed_ = true;
   return hr::kOk;

@@ -1,6 +1,8 @@
 // device/pim/item_view.h - which items a collection shows, in which order, found in the store.
 //   A view is live: every call answers for the store as it is at that moment. The list behind indexes
-//   is kept as long as the store's version stays, so that walking over n items by index costs n loads.
+//   is kept as long as the store's version stays, so that walking over n items by index costs n
+//   loads; a list of all items also stays when items have changed and none came or went, so that
+//   each may be saved on the walk.
 //   Errors     results of com.h, among them the store's; nothing is thrown. kUnexpected when the
 //              application is not logged on.
 #ifndef TAMU_DEVICE_PIM_ITEM_VIEW_H_
@@ -75,6 +77,7 @@ class ItemView {
 
   bool listed_ = false;
   std::uint64_t version_ = 0;
+  ListStamp stamp_;  // of a list of all items
   std::vector<std::int32_t> oids_;
 
   std::shared_ptr<const Restriction> searched_;

@@ -325,6 +325,7 @@ HRESULT Database::EndBatch(bool commit) noexcept {
   batch_ = false;
   batch_failure_ = hr::kOk;
   ++changes_;
+  if (!commit || platform::Failed(result)) ++undone_batches_;
   return result;
 }
 

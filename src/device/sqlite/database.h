@@ -60,6 +60,8 @@ class Database {
   [[nodiscard]] platform::HRESULT CommitBatch() noexcept;
   [[nodiscard]] platform::HRESULT RollbackBatch() noexcept;
   [[nodiscard]] bool InBatch() const noexcept { return batch_; }
+  // How many batches have ended without being kept.
+  [[nodiscard]] std::uint32_t UndoneBatches() const noexcept { return undone_batches_; }
 
   // A number that differs after any change, of this process (also one that was undone) or another.
   [[nodiscard]] platform::HRESULT Version(std::uint64_t* version) noexcept;
@@ -104,6 +106,7 @@ class Database {
   bool batch_ = false;
   platform::HRESULT batch_failure_ = platform::hr::kOk;
   std::uint32_t changes_ = 0;
+  std::uint32_t undone_batches_ = 0;
   std::int64_t device_ = 0;
   std::size_t longest_text_ = 0;
   int error_code_ = 0;

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "device/sqlite/database.h"
+#include "device/sqlite/failure.h"
 #include "device/sqlite/odd_dates.h"
 #include "device/sqlite/search_keys.h"
 
@@ -77,8 +78,9 @@ KindStatements::KindStatements(Database& database, ItemKind kind)
       new_oid_(database, NewOidSql(kind), "i", "i"),
       count_deleted_(database, CountDeletedSql(kind), "i"),
       count_(database,
-             std::string("select ") + TableOf(kind).count_column + " from device where id = :id",
-             "i", "i") {
+             std::string("select ") + TableOf(kind).count_column +
+                 ", last_oid from device where id = :id",
+             "i", "ii") {
   for (const SearchColumn& column : SearchColumnsOf(kind)) {
     const bool date = column.property != kNoProperty &&
                       PropertiesOf(kind)[column.property].type == ValueType::kDate;
@@ -209,8 +211,17 @@ void KindStatements::CountDeleted() {
 }
 
 std::int32_t KindStatements::Count() {
+  std::int32_t last_oid = 0;
+  std::int32_t count = 0;
+  SelectCounts(&last_oid, &count);
+  return count;
+}
+
+void KindStatements::SelectCounts(std::int32_t* last_oid, std::int32_t* count) {
   count_.SetInteger(0, device_);
-  return count_.RunForRow() ? static_cast<std::int32_t>(count_.Integer(0)) : 0;
+  if (!count_.RunForRow()) throw DamagedFailure();
+  *count = static_cast<std::int32_t>(count_.Integer(0));
+  *last_oid = static_cast<std::int32_t>(count_.Integer(1));
 }
 
 }  // namespace tamu::device

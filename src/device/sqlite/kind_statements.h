@@ -35,6 +35,8 @@ class KindStatements {
   [[nodiscard]] std::int32_t NewOid();
   void CountDeleted();
   [[nodiscard]] std::int32_t Count();
+  // The last oid that any kind took, and the number of this one's items.
+  void SelectCounts(std::int32_t* last_oid, std::int32_t* count);
 
  private:
   // Binds the columns after "oid" and "device" from parameter `first` on.

@@ -128,6 +128,7 @@ class SqliteItemStore final : public ItemStore {
   HRESULT FindCandidates(ItemKind kind, std::span<const SearchTerm> terms, std::int32_t after,
                          std::size_t limit, std::vector<std::int32_t>* oids) noexcept override;
   HRESULT Version(std::uint64_t* version) noexcept override { return database_.Version(version); }
+  HRESULT Stamp(ItemKind kind, ListStamp* stamp) noexcept override;
 
  private:
   KindStatements& Of(ItemKind kind) noexcept;
@@ -231,6 +232,16 @@ HRESULT SqliteItemStore::Delete(std::int32_t oid) noexcept {
 HRESULT SqliteItemStore::Count(ItemKind kind, std::int32_t* count) noexcept {
   return database_.Read([&] {
     *count = Of(kind).Count();
+    return hr::kOk;
+  });
+}
+
+// An item that comes takes the next oid, and one that goes leaves one less: both numbers the same
+// means the same items, unless a batch took its oids back.
+HRESULT SqliteItemStore::Stamp(ItemKind kind, ListStamp* stamp) noexcept {
+  return database_.Read([&] {
+    Of(kind).SelectCounts(&stamp->last_oid, &stamp->count);
+    stamp->undone = database_.UndoneBatches();
     return hr::kOk;
   });
 }

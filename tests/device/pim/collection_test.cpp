@@ -99,6 +99,34 @@ TEST_P(CollectionContract, FindSeesWhatChangesOnTheWay) {
   EXPECT_EQ(found.back(), 41);
 }
 
+TEST_P(CollectionContract, IndexesFollowItemsThatComeGoAndChange) {
+  for (int i = 0; i < 3; ++i) AddContact(u"a");
+  const ComPtr<IPOutlookItemCollection> items = Contacts();
+  const auto oids = [&] {
+    Numbers all;
+    const std::int32_t count = Got(items, &IPOutlookItemCollection::get_Count);
+    for (std::int32_t i = 1; i <= count; ++i) {
+      IDispatch* item = nullptr;
+      EXPECT_EQ(items->Item(i, &item), hr::kOk);
+      const ComPtr<IContact> contact(static_cast<IContact*>(item));
+      all.push_back(Got(contact, &IContact::get_Oid));
+      EXPECT_EQ(contact->Save(), hr::kOk);
+    }
+    return all;
+  };
+  EXPECT_EQ(oids(), (Numbers{1, 2, 3}));
+  ASSERT_EQ(Open<IContact>(2)->Delete(), hr::kOk);
+  EXPECT_EQ(oids(), (Numbers{1, 3}));
+  AddContact(u"b");
+  EXPECT_EQ(oids(), (Numbers{1, 3, 4}));
+  ASSERT_EQ(Open<IContact>(1)->Delete(), hr::kOk);
+  AddContact(u"c");
+  EXPECT_EQ(oids(), (Numbers{3, 4, 5}));
+  ASSERT_EQ(items->Remove(2), hr::kOk);
+  ASSERT_EQ(NewTask()->Save(), hr::kOk);
+  EXPECT_EQ(oids(), (Numbers{3, 5}));
+}
+
 TEST_P(CollectionContract, BadRestrictionsAreRefused) {
   AddContact(u"x");
   const ComPtr<IPOutlookItemCollection> items = Contacts();

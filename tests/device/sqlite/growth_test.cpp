@@ -12,6 +12,8 @@
 #include "device/sqlite/sqlite_item_store.h"
 #include "device/sqlite/sqlite_mail_store.h"
 #include "platform/cemapi.h"
+#include "platform/com_ptr.h"
+#include "platform/poom.h"
 #include "support/scratch_folder.h"
 
 namespace tamu::device {
@@ -151,6 +153,39 @@ TEST_F(Growth, SavesFindsAndCountsTakeTheSameStepsInAFullDevice) {
     EXPECT_GT(few[i].second, 0) << few[i].first;
     EXPECT_LE(many[i].second, few[i].second + few[i].second / 2) << few[i].first;
   }
+}
+
+// Walks over so many contacts and saves each; the steps of one item on the average.
+TEST_F(Growth, AWalkThatSavesEachItemTakesTheSameStepsForAnItem) {
+  platform::ComPtr<platform::IPOutlookApp> application;
+  platform::ComPtr<platform::IFolder> folder;
+  platform::ComPtr<platform::IPOutlookItemCollection> contacts;
+  ASSERT_EQ(
+      platform::CoCreateInstance(platform::CLSID_Application, nullptr, platform::kInProcessServer,
+                                 platform::IID_IPOutlookApp, application.put_void()),
+      hr::kOk);
+  ASSERT_EQ(application->Logon(0), hr::kOk);
+  ASSERT_EQ(application->GetDefaultFolder(platform::kContactsFolder, folder.put()), hr::kOk);
+  ASSERT_EQ(folder->get_Items(contacts.put()), hr::kOk);
+  const auto walk = [&](std::int32_t count) {
+    EXPECT_EQ(stores_->database().BeginBatch(), hr::kOk);  // only to be done sooner
+    const std::int64_t steps = Steps([&] {
+      for (std::int32_t i = 1; i <= count; ++i) {
+        platform::IDispatch* item = nullptr;
+        if (contacts->Item(i, &item) != hr::kOk) return hr::kFail;
+        const platform::ComPtr<platform::IContact> contact(static_cast<platform::IContact*>(item));
+        if (contact->Save() != hr::kOk) return hr::kFail;
+      }
+      return hr::kOk;
+    });
+    EXPECT_EQ(stores_->database().CommitBatch(), hr::kOk);
+    return steps / count;
+  };
+  Fill(0, 20);
+  const std::int64_t few = walk(20);
+  Fill(20, 500);
+  const std::int64_t many = walk(500);
+  EXPECT_LE(many, few + few / 2);
 }
 
 }  // namespace

@@ -93,6 +93,28 @@ TEST_P(ItemStoreContract, TheVersionTellsChanges) {
   }
 }
 
+TEST_P(ItemStoreContract, TheStampTellsWhichItemsThereAre) {
+  const auto stamp = [&](ItemKind kind) {
+    ListStamp now;
+    EXPECT_EQ(store_->Stamp(kind, &now), hr::kOk);
+    return now;
+  };
+  const ListStamp empty = stamp(ItemKind::kTask);
+  ItemRecord item = Task(u"a");
+  ASSERT_EQ(store_->Save(&item), hr::kOk);
+  const ListStamp added = stamp(ItemKind::kTask);
+  EXPECT_NE(added, empty);
+  item.values[static_cast<std::size_t>(TaskProperty::Subject)] = std::u16string(u"b");
+  ASSERT_EQ(store_->Save(&item), hr::kOk);
+  EXPECT_EQ(stamp(ItemKind::kTask), added);
+  ASSERT_EQ(store_->Delete(item.oid), hr::kOk);
+  const ListStamp deleted = stamp(ItemKind::kTask);
+  EXPECT_NE(deleted, added);
+  EXPECT_NE(deleted, empty);
+  Saved(*store_, Task(u"c"));
+  EXPECT_NE(stamp(ItemKind::kTask), added);  // as many, but others
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Stores, ItemStoreContract,
     ::testing::Values(StoreKind{"Memory",

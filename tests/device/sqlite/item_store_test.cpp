@@ -426,6 +426,22 @@ TEST_F(ItemStoreTest, ABatchWithoutCommitLeavesNothing) {
   Saved(*store_, Contact(u"a", u"b"));
 }
 
+// One item less and none more, but not the same one: the stamps differ all the same.
+TEST_F(ItemStoreTest, TheStampTellsABatchThatWasUndone) {
+  for (int i = 0; i < 3; ++i) Saved(*store_, Task(u"a"));
+  ListStamp inside;
+  {
+    Batch batch;
+    ASSERT_EQ(batch.Begin(), hr::kOk);
+    ASSERT_EQ(store_->Delete(1), hr::kOk);
+    ASSERT_EQ(store_->Stamp(ItemKind::kTask, &inside), hr::kOk);
+  }
+  ASSERT_EQ(store_->Delete(2), hr::kOk);
+  ListStamp after;
+  ASSERT_EQ(store_->Stamp(ItemKind::kTask, &after), hr::kOk);
+  EXPECT_NE(after, inside);
+}
+
 TEST_F(ItemStoreTest, AFailedSaveInABatchLeavesTheOthers) {
   Batch batch;
   ASSERT_EQ(batch.Begin(), hr::kOk);
