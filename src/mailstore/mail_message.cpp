@@ -57,6 +57,8 @@ void SetDeliveryTime(IMessage* message, const MessageShape& record) noexcept {
 std::u16string StoredBody(const BStr& text, const char* content_type) {
   std::u16string plain;
   if (STR_FindNoCase(content_type, "HTML") != nullptr) {
+    // The conversion says nothing when memory runs out: it must not have to ask for any.
+    plain.reserve(text.size());
     HTML_ToText(text.c_str(), &plain);
   } else {
     plain = std::u16string_view(text.c_str());

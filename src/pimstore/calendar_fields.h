@@ -35,8 +35,8 @@ void AppendClass(Item* item, Ref<Property>* chain) {
 }
 
 // Replaces the item's recurrence by the rule, which begins at `start` (null: where the pattern has
-// it). Without a rule, and for one that the store cannot express, the recurrence is cleared. Returns
-// the pattern when the rule was translated.
+// it). Without a rule, and for one that the store cannot express, the recurrence is cleared.
+// Returns the pattern when the rule was translated.
 template <typename Item>
 platform::ComPtr<platform::IRecurrencePattern> PutRecurrence(Item* item, const Property* rule,
                                                              const Property* start) {

@@ -1,7 +1,7 @@
 // pimstore/item_access.h - single properties of store items, and of the records they are mapped to.
 //   Units      dates are the store's: days since 30 December 1899, local time.
-//   Errors     a property that cannot be read counts as empty, as 0 or as no date; whether one could
-//              be written is nobody's concern, as saving the item decides.
+//   Errors     a property that cannot be read counts as empty, as 0 or as no date; whether one
+//              could be written is nobody's concern, as saving the item decides.
 #ifndef TAMU_PIMSTORE_ITEM_ACCESS_H_
 #define TAMU_PIMSTORE_ITEM_ACCESS_H_
 

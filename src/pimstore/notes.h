@@ -21,8 +21,8 @@ inline constexpr std::size_t kNoteTitleLength = 260;
 using NotePath = std::array<char16_t, platform::kMaxPath + kNoteTitleLength + 8>;
 
 // Copies a title without the characters that cannot stand in a file's name: the nine of \/:*?<>|"
-// and those that cannot be printed (tab and line feed, too). What does not fit `capacity` units with
-// the terminator is cut off, between characters. Does nothing for a null text.
+// and those that cannot be printed (tab and line feed, too). What does not fit `capacity` units
+// with the terminator is cut off, between characters. Does nothing for a null text.
 void NOTE_CleanTitle(const char16_t* source, char16_t* dest, std::size_t capacity) noexcept;
 
 // The path of the note with this title (null counts as ""). The folder is made when it is missing.

@@ -1,6 +1,6 @@
 // pimstore/session.h - the session with the device's stores, and the operations on single objects.
-//   One session a process, between POL_Open and POL_Close. Contacts, tasks and appointments are kept
-//   by the object model, messages by the mail store, notes as files.
+//   One session a process, between POL_Open and POL_Close. Contacts, tasks and appointments are
+//   kept by the object model, messages by the mail store, notes as files.
 //   Ids        of contacts and calendar items: the store's number in hexadecimal digits, eight of
 //              them on the way out; of notes: the title, in the ANSI code page; of messages:
 //              mailstore/mail_operations.h.
@@ -33,9 +33,9 @@ extern std::uint32_t g_pol_already_open;
 
 // Adds a record; `id_out` (may be null, else at least 9 characters) receives the id of a contact or
 // calendar item, "" for every other kind, on purpose, and on failure.
-// Returns TAMU_OK, also for a note that could not be written; TAMU_UNSUPPORTED_TYPE for a kind above
-// 5; TAMU_PIM_NOT_OPENED; TAMU_MISSING_FIELD for a note without a title; TAMU_GENERAL_PIM_ERROR when
-// the item could not be made or saved.
+// Returns TAMU_OK, also for a note that could not be written; TAMU_UNSUPPORTED_TYPE for a kind
+// above 5; TAMU_PIM_NOT_OPENED; TAMU_MISSING_FIELD for a note without a title;
+// TAMU_GENERAL_PIM_ERROR when the item could not be made or saved.
 [[nodiscard]] TamuResult POL_AddObject(ObjectKind kind, const ObjectRecord* record,
                                        char* id_out) noexcept;
 

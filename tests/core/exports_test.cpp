@@ -7,10 +7,10 @@
 #include "core/file.h"
 #include "core/memory.h"
 #include "core/wide.h"
-#include "platform/com.h"
 #include "platform/files.h"
 #include "support/card_reading.h"
 #include "support/log_capture.h"
+#include "support/no_device.h"
 
 namespace tamu {
 namespace {
@@ -210,16 +210,8 @@ TEST(GetObjectById, TheRecordIsClearedFirst) {
   EXPECT_TRUE(IsZero(record));
 }
 
-platform::HRESULT NoClass(const platform::GUID&, platform::IUnknown*, std::uint32_t,
-                          const platform::GUID&, void** object) {
-  *object = nullptr;
-  return platform::hr::kClassNotRegistered;
-}
-
 TEST(StoreOperations, WithoutAStoreTheyAnswerThatItIsNotOpen) {
-  const platform::ScopedOverride<platform::HRESULT(const platform::GUID&, platform::IUnknown*,
-                                                   std::uint32_t, const platform::GUID&, void**)>
-      no_device(platform::CoCreateInstance, &NoClass);
+  const testing::ScopedNoDevice no_device;
   ObjectRecord record{};
   char id[16] = "before";
   EXPECT_EQ(TAMU_Open(), TAMU_GENERAL_PIM_ERROR);

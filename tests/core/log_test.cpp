@@ -17,6 +17,7 @@
 #include "platform/sockets.h"
 #include "support/collector_port.h"
 #include "support/log_capture.h"
+#include "support/no_device.h"
 #include "support/scratch_folder.h"
 #include "tamu/tamu.h"
 
@@ -58,6 +59,7 @@ class LogTest : public ::testing::Test {
 
   ScratchFolder folder_;
   ScopedEnvironment home_{"TAMU_HOME", folder_.path().string()};
+  testing::ScopedNoDevice no_device_;
 
   platform::SocketHandle static Socket(std::int32_t, std::int32_t, std::int32_t) {
     ++g_network.sockets;
@@ -210,11 +212,14 @@ TEST_F(LogTest, OpeningLogsThatTheObjectModelIsNotThere) {
   ASSERT_EQ(log.lines().size(), 2U);
   EXPECT_EQ(log.lines()[0].text, "TAMU:  POL_Open()");
   EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
+  EXPECT_EQ(log.lines()[1].text,
+            "TAMU:  Unable to get application object from POOM interface. (code=0x80040154)");
   EXPECT_EQ(log.lines()[1].severity, LogSeverity::kError);
 }
 
 // Over the system's own sockets. The port is the same for everyone, so wait for it.
 TEST(LogOverLoopback, TheLineArrivesAtTheCollector) {
+  const testing::ScopedNoDevice no_device;
   const ScopedCollectorPort port;
   const int collector = ::socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in address{};

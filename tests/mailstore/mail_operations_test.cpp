@@ -1,6 +1,7 @@
 // Finding, adding and modifying messages.
 #include "mailstore/mail_adapter_fixture.h"
 #include "mailstore/mail_message.h"
+#include "mailstore/scripted_message.h"
 
 namespace tamu {
 namespace {
@@ -381,6 +382,19 @@ TEST_P(MailOperations, EveryFailingPropertyHasItsLineAndDoesNotStopTheOthers) {
                 "MAPI:  pmsg->ModifyRecipients failed with code: 0x80041234"}));
 }
 
+TEST_P(MailOperations, BodyThatCannotBeWrittenIsLoggedAndDoesNotStopTheOthers) {
+  MessageRecord record;
+  FillMessage(&record);
+  CallHookScope calls;
+  calls.Answer("IStream::Write", kStrange);
+  const LogCapture log;
+  EXPECT_EQ(MAPI_AddMail(record.get(), nullptr), TAMU_OK);
+  EXPECT_EQ(log.texts(),
+            (std::vector<std::string>{"MAPI:  MAPI_AddMail() Folder:",
+                                      "MAPI:  lpStream->Write failed with code: 0x80041234"}));
+  EXPECT_EQ(Messages(gpInBoxFolder).at(0).recipients.size(), 3U);
+}
+
 TEST_P(MailOperations, CreateThatFailsGives14) {
   MessageRecord record;
   CallHookScope calls;
@@ -434,6 +448,22 @@ TEST_P(MailOperations, EveryCallFailingReleasesEverythingAndAnswersByItsCode) {
     if (calls.struck().empty()) break;
     ASSERT_LT(n, 1000U);
   }
+}
+
+TEST(MailSender, ProblemWithItIsLoggedAndReleased) {
+  MessageRecord record;
+  FillMessage(&record);
+  const std::int64_t buffers = LiveMapiBuffers();
+  const ComPtr<ScriptedMessage> message(new ScriptedMessage);
+  message->problem_tag = PR_SENDER_EMAIL_ADDRESS;
+  record.SetBody("");
+  const LogCapture log;
+  EXPECT_EQ(MAPI_SetMessageProps(message.get(), *record.get()), hr::kOk);
+  ASSERT_EQ(log.texts(),
+            (std::vector<std::string>{
+                "MAPI:  lpProblems->aProblem[0].scode (PR_SENDER_NAME) : 0x8004011a"}));
+  EXPECT_EQ(log.lines()[0].severity, LogSeverity::kError);
+  EXPECT_EQ(LiveMapiBuffers(), buffers);
 }
 
 TEST(MailOperationsWithoutFolders, FindAndModifySayThatTheFolderIsNull) {

@@ -157,17 +157,6 @@ TEST_P(MailSession, EveryCallFailingReleasesEverything) {
 
 // Over the device in memory, which can be told to lack things.
 
-TEST(MailSessionOfADevice, FirstStoreRowIsUsedWhateverItsDefaultFlag) {
-  // The flag is asked for and never looked at: a store whose flag cannot be had is opened.
-  ScopedMailDevice device;
-  CallHookScope calls;
-  ASSERT_EQ(MAPI_Init(), TAMU_OK);
-  const auto& made = calls.calls();
-  EXPECT_EQ(std::count(made.begin(), made.end(), "IMAPISession::OpenMsgStore"), 1);
-  EXPECT_EQ(std::count(made.begin(), made.end(), "IMAPITable::QueryRows"), 1);
-  EXPECT_EQ(MAPI_DeInit(), TAMU_OK);
-}
-
 TEST(MailSessionOfADevice, MissingSentItemsIdIsLoggedAndInitStillReturnsZero) {
   ScopedMailDevice device;
   device.store().Lack(tamu::device::MailFolder::kSentItems);

@@ -24,7 +24,7 @@ enum class Way { kIndex, kRefusedIndex, kPlainDevice };
 // A session over a device without an index.
 class PlainSession {
  public:
-  explicit PlainSession(testing::ScopedPimDevice* device) {
+  explicit PlainSession(testing::TestDevice* device) {
     Device() = device;
     EXPECT_EQ(POL_Close(), TAMU_OK);
     EXPECT_EQ(POL_Open(), TAMU_OK);
@@ -32,14 +32,14 @@ class PlainSession {
   }
 
  private:
-  static testing::ScopedPimDevice*& Device() {
-    static testing::ScopedPimDevice* device = nullptr;
+  static testing::TestDevice*& Device() {
+    static testing::TestDevice* device = nullptr;
     return device;
   }
   static platform::HRESULT Create(const platform::GUID&, platform::IUnknown*, std::uint32_t,
                                   const platform::GUID& iid, void** object) {
     platform::ComPtr<platform::IPOutlookApp> real;
-    const platform::HRESULT result = Device()->device().CreateApplication(iid, real.put_void());
+    const platform::HRESULT result = Device()->CreateApplication(iid, real.put_void());
     *object =
         platform::Failed(result)
             ? nullptr
@@ -55,7 +55,7 @@ class PlainSession {
 class FindTest : public testing::SessionTest, public ::testing::WithParamInterface<Way> {
  protected:
   FindTest() {
-    if (GetParam() == Way::kPlainDevice) plain_.emplace(&pim());
+    if (GetParam() == Way::kPlainDevice) plain_.emplace(&test_device());
     if (GetParam() == Way::kRefusedIndex) {
       refusal_.emplace(std::string("IExactFind::FindExact"));
     }
@@ -221,7 +221,7 @@ TEST_F(FindCallsTest, TheIndexIsAskedFirstAndTheWalkComesAfterItsRefusal) {
 }
 
 TEST_F(FindCallsTest, ARestrictionNamesThePartsInItsOwnOrder) {
-  const PlainSession session(&pim());
+  const PlainSession session(&test_device());
   const std::pair<const char*, const char16_t*> names[] = {
       {"L;F;M;T;S",
        u"[Title]=\"T\" AND [FirstName]=\"F\" AND [MiddleName]=\"M\" AND [LastName]=\"L\" AND "

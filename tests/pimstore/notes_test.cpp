@@ -163,6 +163,141 @@ TEST_F(PutNoteTest, ANoteWithoutABodyIsAnEmptyDocument) {
   EXPECT_NE(home().Get("Documents/Title.pwi"), "");
 }
 
+// The calls of the platform's services with their arguments.
+class PlatformWatch {
+ public:
+  PlatformWatch() { Active() = this; }
+  ~PlatformWatch() { Active() = nullptr; }
+  PlatformWatch(const PlatformWatch&) = delete;
+  PlatformWatch& operator=(const PlatformWatch&) = delete;
+
+  [[nodiscard]] const Strings& calls() const { return calls_; }
+
+ private:
+  static PlatformWatch*& Active() {
+    static PlatformWatch* active = nullptr;
+    return active;
+  }
+  template <typename... Numbers>
+  static void Note(std::string call, Numbers... numbers) {
+    ((call += ' ' + std::to_string(numbers)), ...);
+    Active()->calls_.push_back(std::move(call));
+  }
+
+  static platform::WindowHandle Create(std::uint32_t extended_style, const char16_t* class_name,
+                                       const char16_t* text, std::uint32_t style, std::int32_t x,
+                                       std::int32_t y, std::int32_t width, std::int32_t height,
+                                       platform::WindowHandle parent, std::intptr_t menu,
+                                       std::intptr_t instance, void* parameter) {
+    const std::u16string name = class_name;
+    const bool defaults = x == platform::kUseDefault && y == x && width == x && height == x;
+    Note("CreateWindow " + std::string(name.begin(), name.end()) + (defaults ? "" : " placed"),
+         extended_style, std::u16string(text).size(), style, parent, menu, instance);
+    return platform::CreateWindowExW.system_function()(extended_style, class_name, text, style, x,
+                                                       y, width, height, parent, menu, instance,
+                                                       parameter);
+  }
+  static std::intptr_t Send(platform::WindowHandle window, std::uint32_t message,
+                            std::uintptr_t wparam, std::intptr_t lparam) {
+    Note("SendMessage", message, wparam);
+    return platform::SendMessageW.system_function()(window, message, wparam, lparam);
+  }
+  static platform::FileHandle Open(const char16_t* path, std::uint32_t access, std::uint32_t share,
+                                   void* security, std::uint32_t disposition,
+                                   std::uint32_t attributes, platform::FileHandle file) {
+    Note("CreateFile", access, share, disposition, attributes, file);
+    return platform::CreateFileW.system_function()(path, access, share, security, disposition,
+                                                   attributes, file);
+  }
+  static std::int32_t Write(platform::FileHandle file, const void* buffer, std::uint32_t size,
+                            std::uint32_t* done, void* overlapped) {
+    if (Active()->calls_.back() != "WriteFile") Note("WriteFile");
+    return platform::WriteFile.system_function()(file, buffer, size, done, overlapped);
+  }
+  static std::int32_t Close(platform::FileHandle file) {
+    Note("CloseHandle");
+    return platform::CloseHandle.system_function()(file);
+  }
+  static std::int32_t Destroy(platform::WindowHandle window) {
+    Note("DestroyWindow");
+    return platform::DestroyWindow.system_function()(window);
+  }
+  static std::int32_t FolderPath(platform::WindowHandle window, char16_t* path, std::int32_t folder,
+                                 std::int32_t create) {
+    Note("SHGetSpecialFolderPath", window, folder);
+    return platform::SHGetSpecialFolderPathW.system_function()(window, path, folder, create);
+  }
+
+  template <typename Signature>
+  using Override = platform::ScopedOverride<Signature>;
+
+  Strings calls_;
+  Override<platform::WindowHandle(std::uint32_t, const char16_t*, const char16_t*, std::uint32_t,
+                                  std::int32_t, std::int32_t, std::int32_t, std::int32_t,
+                                  platform::WindowHandle, std::intptr_t, std::intptr_t, void*)>
+      create_{platform::CreateWindowExW, &Create};
+  Override<std::intptr_t(platform::WindowHandle, std::uint32_t, std::uintptr_t, std::intptr_t)>
+      send_{platform::SendMessageW, &Send};
+  Override<platform::FileHandle(const char16_t*, std::uint32_t, std::uint32_t, void*, std::uint32_t,
+                                std::uint32_t, platform::FileHandle)>
+      open_{platform::CreateFileW, &Open};
+  Override<std::int32_t(platform::FileHandle, const void*, std::uint32_t, std::uint32_t*, void*)>
+      write_{platform::WriteFile, &Write};
+  Override<std::int32_t(platform::FileHandle)> close_{platform::CloseHandle, &Close};
+  Override<std::int32_t(platform::WindowHandle)> destroy_{platform::DestroyWindow, &Destroy};
+  Override<std::int32_t(platform::WindowHandle, char16_t*, std::int32_t, std::int32_t)> folder_{
+      platform::SHGetSpecialFolderPathW, &FolderPath};
+};
+
+TEST_F(PutNoteTest, ThePlatformIsAskedInThisOrderWithTheseArguments) {
+  Note note;
+  note.With(&N::prop_summary, "Title").With(&N::prop_body, "Text");
+  const PlatformWatch watch;
+  pol_PutNote(note.shape());
+  EXPECT_EQ(watch.calls(),
+            (Strings{"CreateWindow RichInk 0 0 2048 0 0 0", "SHGetSpecialFolderPath 0 5",
+                     "CreateFile 1073741824 2 2 128 0", "SendMessage 1097 17",
+                     "SendMessage 1098 67586", "WriteFile", "CloseHandle", "DestroyWindow"}));
+}
+
+TEST_F(NoteTest, AFoundNoteIsOpenedForReadingAndClosed) {
+  Note note;
+  note.With(&N::prop_summary, "Title");
+  pol_PutNote(note.shape());
+  const PlatformWatch watch;
+  EXPECT_EQ(POL_FindObject(KIND_NOTE, note.get(), nullptr, 0), 1U);
+  EXPECT_EQ(watch.calls(), (Strings{"SHGetSpecialFolderPath 0 5", "CreateFile 2147483648 1 3 128 0",
+                                    "CloseHandle"}));
+}
+
+// What the control asks for at a time is up to it.
+TEST_F(PutNoteTest, TheTextIsServedInPiecesOfTheSizeAskedForWithItsTerminatorAndThenNothing) {
+  static Strings pieces;
+  static std::int32_t sizes[] = {4, 0, 1, 100, 100};
+  pieces.clear();
+  const platform::ScopedOverride<std::intptr_t(platform::WindowHandle, std::uint32_t,
+                                               std::uintptr_t, std::intptr_t)>
+      send(platform::SendMessageW,
+           [](platform::WindowHandle, std::uint32_t message, std::uintptr_t,
+              std::intptr_t lparam) -> std::intptr_t {
+             if (message != platform::kEmStreamIn) return 0;
+             auto* const stream = reinterpret_cast<platform::EditStream*>(lparam);
+             for (const std::int32_t size : sizes) {
+               std::uint8_t buffer[100] = {};
+               std::int32_t done = -1;
+               EXPECT_EQ(stream->callback(stream->cookie, buffer, size, &done), 0U);
+               EXPECT_LE(done, size);
+               pieces.emplace_back(buffer, buffer + done);
+             }
+             return 0;
+           });
+  Note note;
+  note.With(&N::prop_summary, "Title").With(&N::prop_body, "abc");
+  pol_PutNote(note.shape());
+  using namespace std::string_literals;
+  EXPECT_EQ(pieces, (Strings{"a\0b\0"s, ""s, "c"s, "\0\0\0"s, ""s}));
+}
+
 TEST_F(PutNoteTest, WithoutAControlNothingIsWritten) {
   Note note;
   note.With(&N::prop_summary, "Title").With(&N::prop_body, "Text");
@@ -225,6 +360,27 @@ TEST_F(NoteOperationsTest, AddingWithoutATitleGives10AndWritesNothing) {
     EXPECT_EQ(POL_ModifyObject(KIND_NOTE, "Title", note.get()), TAMU_MISSING_FIELD);
   }
   EXPECT_EQ(Files(), Strings{});
+}
+
+TEST_F(NoteOperationsTest, WithoutASessionNotesAreWrittenAndMovedButNotFound) {
+  ASSERT_EQ(POL_Close(), TAMU_OK);
+  Note note;
+  note.With(&N::prop_summary, "Old");
+  EXPECT_EQ(POL_AddObject(KIND_NOTE, note.get(), nullptr), TAMU_OK);
+  EXPECT_EQ(Files(), Strings{"Old.pwi"});
+  EXPECT_EQ(POL_FindObject(KIND_NOTE, note.get(), nullptr, 0), 0U);
+  Note changed;
+  changed.With(&N::prop_summary, "New");
+  EXPECT_EQ(POL_ModifyObject(KIND_NOTE, "Old", changed.get()), TAMU_OK);
+  EXPECT_EQ(Files(), Strings{"New.pwi"});
+}
+
+TEST_F(NoteOperationsTest, ATitleOfForbiddenCharactersIsTheBareExtension) {
+  Note note;
+  note.With(&N::prop_summary, "???").With(&N::prop_body, "Text");
+  EXPECT_EQ(POL_AddObject(KIND_NOTE, note.get(), nullptr), TAMU_OK);
+  EXPECT_EQ(Files(), Strings{".pwi"});
+  EXPECT_EQ(TextOf(".pwi"), u"Text");
 }
 
 TEST_F(NoteOperationsTest, AddingIsASuccessWhateverBecameOfTheFile) {

@@ -1,5 +1,5 @@
-// pimstore/plain_device.h - a device whose collections have no index of their own, over one that has:
-// what other platforms offer. It notes the restrictions that it is asked with.
+// pimstore/plain_device.h - a device whose collections have no index, over one that has: what other
+// platforms offer. It notes the restrictions that it is asked with.
 #ifndef TAMU_TESTS_PIMSTORE_PLAIN_DEVICE_H_
 #define TAMU_TESTS_PIMSTORE_PLAIN_DEVICE_H_
 

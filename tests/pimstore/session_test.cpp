@@ -62,6 +62,26 @@ TEST_F(OpenTest, LogsOnAndOpensTheMailStoreAndTheControl) {
   EXPECT_EQ(log.lines()[0].severity, LogSeverity::kInformation);
 }
 
+TEST_F(OpenTest, TheApplicationIsMadeInThisProcess) {
+  const platform::ScopedOverride<platform::HRESULT(const platform::GUID&, platform::IUnknown*,
+                                                   std::uint32_t, const platform::GUID&, void**)>
+      creation(platform::CoCreateInstance,
+               [](const platform::GUID& clsid, platform::IUnknown* outer, std::uint32_t context,
+                  const platform::GUID& iid, void** object) -> platform::HRESULT {
+                 EXPECT_EQ(clsid, platform::CLSID_Application);
+                 EXPECT_EQ(outer, nullptr);
+                 EXPECT_EQ(context, 1U);
+                 EXPECT_EQ(iid, platform::IID_IPOutlookApp);
+                 *object = nullptr;
+                 return static_cast<platform::HRESULT>(0x80040154U);
+               });
+  const LogCapture log;
+  EXPECT_EQ(POL_Open(), TAMU_GENERAL_PIM_ERROR);
+  EXPECT_TRUE(HasError(log,
+                       "TAMU:  Unable to get application object from POOM interface. "
+                       "(code=0x80040154)"));
+}
+
 TEST_F(OpenTest, WithoutAnObjectModelNothingIsHeld) {
   const LogCapture log;
   const platform::ScopedFailure failure(platform::CoCreateInstance);
@@ -171,6 +191,17 @@ TEST_F(OpenTest, BeforeOpeningItemsAnswer15) {
   EXPECT_EQ(POL_ModifyObject(KIND_CONTACT, "1", card.get()), TAMU_PIM_NOT_OPENED);
   EXPECT_EQ(POL_GetObjectById(KIND_CONTACT, "1", card.get()), TAMU_PIM_NOT_OPENED);
   EXPECT_EQ(POL_GetObjectById(KIND_CALENDAR, "1", card.get()), TAMU_PIM_NOT_OPENED);
+}
+
+TEST_F(OpenTest, BeforeOpeningMessagesAnswerForTheirFolder) {
+  ObjectRecord record{};
+  char id[9] = "before";
+  EXPECT_EQ(POL_AddObject(KIND_MSG_INBOX, &record, id), TAMU_GENERAL_PIM_ERROR);
+  EXPECT_STREQ(id, "");
+  EXPECT_EQ(POL_ModifyObject(KIND_MSG_INBOX, "00", &record), TAMU_GENERAL_PIM_ERROR);
+  const LogCapture log;
+  EXPECT_EQ(POL_FindObject(KIND_MSG_INBOX, &record, nullptr, 0), 0U);
+  EXPECT_TRUE(HasError(log, "MAPI:  MAPI_FindMail error - lpFolder is NULL"));
 }
 
 using OperationsTest = testing::SessionTest;

@@ -1,4 +1,4 @@
-// pimstore/store_session.h - a session over a device in memory, and records and items to use it with.
+// pimstore/store_session.h - a session over a device, and records and items to use it with.
 #ifndef TAMU_TESTS_PIMSTORE_STORE_SESSION_H_
 #define TAMU_TESTS_PIMSTORE_STORE_SESSION_H_
 
@@ -70,7 +70,7 @@ using Event = TestRecord<EventShape, KIND_CALENDAR, COMPONENT_EVENT>;
 using ToDo = TestRecord<ToDoShape, KIND_CALENDAR, COMPONENT_TODO>;
 using Note = TestRecord<NoteShape, KIND_NOTE>;
 
-// A property as "params:value", components joined by ";", a missing one "-"; "none" for no property.
+// A property as "params:value", components joined by ";", a missing one "-"; "none" without one.
 inline std::string Line(const Property* property) {
   if (property == nullptr) return "none";
   std::string line;
@@ -120,7 +120,29 @@ class CallWatch {
   CallHookScope hook_;
 };
 
-// An empty device in memory, with a folder, a zone and a locale of its own. Everything that was
+// The device that the tests run over: one in memory, or the embedded one in the test's own folder.
+#ifdef TAMU_TEST_EMBEDDED_DEVICE
+class TestDevice {
+ public:
+  static platform::HRESULT CreateApplication(const platform::GUID& iid, void** application) {
+    return platform::CoCreateInstance.system_function()(
+        platform::CLSID_Application, nullptr, platform::kInProcessServer, iid, application);
+  }
+};
+#else
+class TestDevice {
+ public:
+  platform::HRESULT CreateApplication(const platform::GUID& iid, void** application) {
+    return pim_.device().CreateApplication(iid, application);
+  }
+
+ private:
+  ScopedPimDevice pim_;
+  ScopedMailDevice mail_;
+};
+#endif
+
+// An empty device, with a folder, a zone and a locale of its own. Everything that was
 // acquired has to be released in the end.
 class DeviceTest : public ::testing::Test {
  protected:
@@ -134,8 +156,7 @@ class DeviceTest : public ::testing::Test {
   }
 
   [[nodiscard]] const ScratchFolder& home() const { return home_; }
-  [[nodiscard]] ScopedPimDevice& pim() { return pim_; }
-  [[nodiscard]] ScopedMailDevice& mail() { return mail_; }
+  [[nodiscard]] TestDevice& test_device() { return device_; }
 
  private:
   const std::int64_t objects_ = device::LiveObjects();
@@ -145,8 +166,7 @@ class DeviceTest : public ::testing::Test {
   ScopedEnvironment home_variable_{"TAMU_HOME", home_.path().string()};
   ScopedEnvironment locale_{"LC_ALL", "C"};
   ScopedTimeZone zone_{kPlusOneZone};
-  ScopedPimDevice pim_;
-  ScopedMailDevice mail_;
+  TestDevice device_;
 };
 
 // The same with a session.

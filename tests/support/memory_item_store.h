@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <new>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "device/pim/item_store.h"
@@ -31,26 +33,28 @@ class MemoryItemStore final : public device::ItemStore {
   // Lets every call answer it; kOk ends that.
   void FailAll(HRESULT result) noexcept { fail_all_ = result; }
   [[nodiscard]] std::uint64_t calls() const noexcept { return calls_; }
-  [[nodiscard]] std::uint64_t loads() const noexcept { return loads_; }
+  // True when the call that FailNth struck was Version.
+  [[nodiscard]] bool failed_version() const noexcept { return failed_version_; }
 
   // --- ItemStore ---
 
   HRESULT Load(std::int32_t oid, ItemRecord* item) noexcept override {
-    ++loads_;
     if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
     const auto at = items_.find(oid);
     if (at == items_.end()) return platform::hr::kItemNotFound;
-    *item = at->second;
-    return platform::hr::kOk;
+    return CatchNoMemory([&] { *item = ItemRecord(at->second); });
   }
 
   HRESULT Save(ItemRecord* item) noexcept override {
     if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
     if (item->oid != 0 && !items_.contains(item->oid)) return platform::hr::kItemNotFound;
-    if (item->oid == 0) item->oid = ++last_oid_;
-    items_[item->oid] = *item;
-    ++version_;
-    return platform::hr::kOk;
+    return CatchNoMemory([&] {
+      ItemRecord kept = *item;
+      if (kept.oid == 0) kept.oid = last_oid_ + 1;
+      items_.insert_or_assign(kept.oid, std::move(kept));
+      if (item->oid == 0) item->oid = ++last_oid_;
+      ++version_;
+    });
   }
 
   HRESULT Delete(std::int32_t oid) noexcept override {
@@ -77,25 +81,39 @@ class MemoryItemStore final : public device::ItemStore {
   HRESULT FindCandidates(ItemKind kind, std::span<const SearchTerm> terms, std::int32_t after,
                          std::size_t limit, std::vector<std::int32_t>* oids) noexcept override {
     if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
-    oids->clear();
-    for (auto at = items_.upper_bound(after); at != items_.end() && oids->size() < limit; ++at) {
-      const ItemRecord& item = at->second;
-      if (item.kind != kind) continue;
-      if (std::all_of(terms.begin(), terms.end(),
-                      [&item](const SearchTerm& term) { return MayMatch(item, term); })) {
-        oids->push_back(at->first);
+    return CatchNoMemory([&] {
+      oids->clear();
+      for (auto at = items_.upper_bound(after); at != items_.end() && oids->size() < limit; ++at) {
+        const ItemRecord& item = at->second;
+        if (item.kind != kind) continue;
+        if (std::all_of(terms.begin(), terms.end(),
+                        [&item](const SearchTerm& term) { return MayMatch(item, term); })) {
+          oids->push_back(at->first);
+        }
       }
-    }
-    return platform::hr::kOk;
+    });
   }
 
   HRESULT Version(std::uint64_t* version) noexcept override {
-    if (const HRESULT failed = NextCall(); platform::Failed(failed)) return failed;
+    if (const HRESULT failed = NextCall(); platform::Failed(failed)) {
+      failed_version_ = true;
+      return failed;
+    }
     *version = version_;
     return platform::hr::kOk;
   }
 
  private:
+  template <typename Work>
+  static HRESULT CatchNoMemory(const Work& work) noexcept {
+    try {
+      work();
+      return platform::hr::kOk;
+    } catch (const std::bad_alloc&) {
+      return platform::hr::kOutOfMemory;
+    }
+  }
+
   HRESULT NextCall() noexcept {
     ++calls_;
     if (platform::Failed(fail_all_)) return fail_all_;
@@ -115,7 +133,7 @@ class MemoryItemStore final : public device::ItemStore {
   std::int32_t last_oid_ = 0;
   std::uint64_t version_ = 1;
   std::uint64_t calls_ = 0;
-  std::uint64_t loads_ = 0;
+  bool failed_version_ = false;
   std::uint64_t fail_in_ = 0;
   HRESULT failure_ = platform::hr::kFail;
   HRESULT fail_all_ = platform::hr::kOk;

@@ -36,8 +36,8 @@ std::string Garbage(std::size_t size) {
 
 TEST(CommandLine, HelpNamesEveryCommandAndGivesExamples) {
   const Program program;
-  for (const char* const command :
-       {"", "read", "check", "rewrite", "rrule", "config", "log", "code"}) {
+  for (const char* const command : {"", "read", "check", "rewrite", "rrule", "delete", "find",
+                                    "import", "update", "config", "log", "code"}) {
     std::vector<std::string> arguments;
     if (*command != '\0') arguments.emplace_back(command);
     arguments.emplace_back("--help");

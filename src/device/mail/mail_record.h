@@ -10,9 +10,9 @@
 #include <variant>
 #include <vector>
 
-namespace tamu::device {
+#include "device/bytes.h"
 
-using Bytes = std::vector<std::uint8_t>;
+namespace tamu::device {
 
 // Messages are numbered from 1 in order of arrival; a number is never used again.
 using MailId = std::uint32_t;

@@ -9,11 +9,10 @@
 #include <variant>
 #include <vector>
 
+#include "device/bytes.h"
 #include "device/pim/item_schema.h"
 
 namespace tamu::device {
-
-using Bytes = std::vector<std::uint8_t>;
 
 // Text, date, number or flag, bytes: the alternative is the property's type.
 using PropertyValue = std::variant<std::u16string, double, std::int32_t, Bytes>;

@@ -158,6 +158,7 @@ bool RestrictionScanner::TakeOperator(Restriction::Operator* op) noexcept {
 
 bool RestrictionScanner::TakeValue(std::size_t depth, std::u16string_view* value) noexcept {
   if (!Take(u'"')) {
+    if (IsAt(position_, u'=') || IsAt(position_, u'<') || IsAt(position_, u'>')) return false;
     std::size_t end = position_;
     while (end < text_.size() && !IsBlank(text_[end]) && (depth == 0 || text_[end] != u')')) ++end;
     *value = text_.substr(position_, end - position_);

@@ -25,10 +25,23 @@ constexpr const char* kSql[] = {
     "primary key (message, position)) without rowid",
 };
 
+constexpr const char* kFolderSql[] = {
+    "create table mail_folder (device integer not null references device (id), "
+    "folder integer not null, messages integer not null, primary key (device, folder)) "
+    "without rowid",
+    "insert into mail_folder select mailbox.device, folders.column1, (select count(*) from message "
+    "where message.device = mailbox.device and message.folder = folders.column1) "
+    "from mailbox, (values (1), (2), (3)) as folders",
+};
+
 }  // namespace
 
 void CreateMailTables(Database& database) {
   for (const char* const sql : kSql) Statement(database, sql, "").Run();
+}
+
+void CreateMailFolders(Database& database) {
+  for (const char* const sql : kFolderSql) Statement(database, sql, "").Run();
 }
 
 }  // namespace tamu::device

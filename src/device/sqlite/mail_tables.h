@@ -9,8 +9,12 @@ namespace tamu::device {
 
 class Database;
 
-// Creates all of them. Throws as statements do.
+// Creates these. Throws as statements do.
 void CreateMailTables(Database& database);
+
+// Adds "mail_folder": the number of messages in each of a device's folders, which no one has to
+// count. Throws as statements do.
+void CreateMailFolders(Database& database);
 
 }  // namespace tamu::device
 

@@ -55,6 +55,7 @@ void CreateVersion1(Database& database) {
 
 constexpr SchemaStep kSteps[] = {
     &CreateVersion1,
+    &CreateMailFolders,
 };
 
 struct Marks {

@@ -51,6 +51,7 @@ class SqliteMailStore final : public MailStore {
   [[nodiscard]] MailId NewId();
   // The message's folder in select_message_; false when there is none.
   [[nodiscard]] bool SelectMessage(MailId id);
+  void CountMessages(MailFolder folder, std::int64_t difference);
   void ReadInto(MailId id, std::span<const std::uint32_t> tags, std::vector<MailProperty>* found);
   void SetProperty(MailId id, const MailProperty& property);
   // What the exact find knows of the message; null for a property that it has no longer.
@@ -73,6 +74,8 @@ class SqliteMailStore final : public MailStore {
   Statement select_recipients_;
   Statement list_;
   Statement count_;
+  Statement count_all_;
+  Statement change_count_;
   Statement find_;
 };
 
@@ -128,6 +131,13 @@ SqliteMailStore::SqliteMailStore(std::shared_ptr<Stores> stores)
              "select count(*) from message "
              "where device = :device and folder = :folder and id <= :last",
              "iii", "i"),
+      count_all_(database_,
+                 "select messages from mail_folder where device = :device and folder = :folder",
+                 "ii", "i"),
+      change_count_(database_,
+                    "update mail_folder set messages = messages + :difference "
+                    "where device = :device and folder = :folder",
+                    "iii"),
       find_(database_,
             "select id from message where device = :device and folder = :folder "
             "and subject_key = :subject_key and delivery_key between :first and :last order by id",
@@ -149,6 +159,14 @@ bool SqliteMailStore::SelectMessage(MailId id) {
   return select_message_.RunForRow();
 }
 
+void SqliteMailStore::CountMessages(MailFolder folder, std::int64_t difference) {
+  change_count_.SetInteger(0, difference);
+  change_count_.SetInteger(1, database_.device());
+  change_count_.SetInteger(2, static_cast<std::int64_t>(folder));
+  change_count_.Run();
+  if (change_count_.ChangedRows() == 0) throw DamagedFailure();
+}
+
 HRESULT SqliteMailStore::CreateMessage(MailFolder folder, MailId* id) noexcept {
   MailId created = 0;
   const HRESULT result = database_.Write([&] {
@@ -158,6 +176,7 @@ HRESULT SqliteMailStore::CreateMessage(MailFolder folder, MailId* id) noexcept {
     insert_message_.SetInteger(2, static_cast<std::int64_t>(folder));
     insert_message_.SetInteger(3, SubjectKey({}));
     insert_message_.Run();
+    CountMessages(folder, 1);
     return hr::kOk;
   });
   if (platform::Succeeded(result)) *id = created;
@@ -173,6 +192,7 @@ HRESULT SqliteMailStore::DeleteMessages(MailFolder folder, std::span<const MailI
       delete_message_.Run();
       if (delete_message_.ChangedRows() == 0) return hr::kItemNotFound;
     }
+    CountMessages(folder, -static_cast<std::int64_t>(ids.size()));
     return hr::kOk;
   });
 }
@@ -359,11 +379,13 @@ HRESULT SqliteMailStore::ReadRows(MailFolder folder, MailId after, std::size_t l
 
 HRESULT SqliteMailStore::Count(MailFolder folder, MailId last, std::uint32_t* count) noexcept {
   return database_.Read([&] {
-    count_.SetInteger(0, database_.device());
-    count_.SetInteger(1, static_cast<std::int64_t>(folder));
-    count_.SetInteger(2, last);
-    if (!count_.RunForRow()) throw DamagedFailure();
-    *count = static_cast<std::uint32_t>(count_.Integer(0));
+    const bool all = last == kLastMail;
+    Statement& statement = all ? count_all_ : count_;
+    statement.SetInteger(0, database_.device());
+    statement.SetInteger(1, static_cast<std::int64_t>(folder));
+    if (!all) statement.SetInteger(2, last);
+    if (!statement.RunForRow()) throw DamagedFailure();
+    *count = static_cast<std::uint32_t>(statement.Integer(0));
     return hr::kOk;
   });
 }

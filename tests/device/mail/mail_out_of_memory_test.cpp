@@ -61,5 +61,22 @@ TEST(MailOutOfMemory, EveryAllocationMayFail) {
   EXPECT_EQ(MailScenario::Run(device), hr::kOk);
 }
 
+TEST(MailOutOfMemory, CopyOfAValueThatFailsLeavesNothingToDestroy) {
+  const device::MailProperty text{1, std::u16string(100, u'x')};
+  const device::MailProperty bytes{2, device::Bytes(100)};
+  for (const device::MailProperty* property : {&text, &bytes}) {
+    allocations_left = 0;
+    bool failed = false;
+    try {
+      const device::MailProperty copy = *property;
+      failed = copy.tag == 0;
+    } catch (const std::bad_alloc&) {
+      failed = true;
+    }
+    allocations_left = -1;
+    EXPECT_TRUE(failed);
+  }
+}
+
 }  // namespace
 }  // namespace tamu::testing

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "device/sqlite/device_support.h"
+#include "device/sqlite/sqlite_mail_store.h"
 #include "device/sqlite/statement.h"
 #include "support/log_capture.h"
 
@@ -58,6 +59,32 @@ TEST(Schema, AnOlderDatabaseIsBroughtForwardWithItsItems) {
   EXPECT_EQ(raw.Query("select nickname, pager from contact")[0], "|");
   auto store = MakeSqliteItemStore(std::make_shared<Stores>(std::move(database)));
   EXPECT_EQ(Loaded(*store, kept.oid), kept);
+}
+
+// Version 2 came with the numbers of messages.
+TEST(Schema, MessagesOfVersion1AreCounted) {
+  const TestDevice device;
+  {
+    std::shared_ptr<MailStore> mail;
+    ASSERT_EQ(OpenMailStore(&mail), hr::kOk);
+    MailId id = 0;
+    for (int i = 0; i < 3; ++i) ASSERT_EQ(mail->CreateMessage(MailFolder::kInbox, &id), hr::kOk);
+    ASSERT_EQ(mail->CreateMessage(MailFolder::kOutbox, &id), hr::kOk);
+  }
+  RawDatabase(device.file()).Query("drop table mail_folder; pragma user_version = 1");
+  std::shared_ptr<MailStore> mail;
+  ASSERT_EQ(OpenMailStore(&mail), hr::kOk);
+  const auto count = [&](MailFolder folder) {
+    std::uint32_t messages = 77;
+    EXPECT_EQ(mail->Count(folder, kLastMail, &messages), hr::kOk);
+    return messages;
+  };
+  EXPECT_EQ(count(MailFolder::kInbox), 3U);
+  EXPECT_EQ(count(MailFolder::kOutbox), 1U);
+  EXPECT_EQ(count(MailFolder::kSentItems), 0U);
+  const MailId first = 1;
+  ASSERT_EQ(mail->DeleteMessages(MailFolder::kInbox, std::span(&first, 1)), hr::kOk);
+  EXPECT_EQ(count(MailFolder::kInbox), 2U);
 }
 
 TEST(Schema, AStepThatFailsLeavesTheDatabaseAsItWas) {

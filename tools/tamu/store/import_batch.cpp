@@ -1,5 +1,6 @@
 #include "store/import_batch.h"
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -49,11 +50,15 @@ bool ImportBatch::Close(std::vector<PendingObject>* objects, std::string* proble
   if (!std::exchange(open_, false)) return true;
   const ErrorLines logged;
   const bool kept = platform::Succeeded(batch_.Commit());
-  if (!kept) *problem = ReasonOf(logged);
-  if (kept && objects->size() > 1) {
+  if (!kept) {
+    *problem = ReasonOf(logged);
+    return false;
+  }
+  most_objects_ = std::min(most_objects_ * 2, kMostObjects);
+  if (objects->size() > 1) {
     std::this_thread::sleep_for((Clock::now() - opened_) / kShareForOthers);
   }
-  return kept;
+  return true;
 }
 
 }  // namespace tamu::tool

@@ -41,7 +41,8 @@ class ImportBatch {
   // none when what failed has said it before. `*objects` are those that were added.
   [[nodiscard]] bool Close(std::vector<PendingObject>* objects, std::string* problem);
 
-  // After a failure each object is a batch of its own: what can be kept is.
+  // The next object is a batch of its own, so that what can be kept is; those behind it that are
+  // kept grow again.
   void SetSingle() noexcept { most_objects_ = 1; }
 
  private:
@@ -49,8 +50,9 @@ class ImportBatch {
 
   device::Batch batch_;
   bool open_ = false;
-  // Larger ones are hardly faster (measured from 100 to 5000).
-  std::size_t most_objects_ = 500;
+  // Measured with 100,000 contacts: twice as fast as 100, and larger ones are hardly faster.
+  static constexpr std::size_t kMostObjects = 1000;
+  std::size_t most_objects_ = kMostObjects;
   Clock::time_point opened_;
   std::vector<PendingObject> pending_;
 };

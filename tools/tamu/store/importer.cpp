@@ -84,7 +84,8 @@ void Importer::EndFile(const ReadOutcome& outcome, bool interrupted, bool last) 
   } else if (interrupted && (cut || !last)) {
     ended_ = true;
     std::string text = "interrupted: " + KIND_Count(done_, {"object", "objects"}) + " of " +
-                       input_->shown() + (done_ == 1 ? " is" : " are") + " imported";
+                       input_->shown() + (done_ == 1 ? " is " : " are ") +
+                       (options_.dry_run ? "looked at" : "imported");
     if (cut) {
       text += "; the rest, from line " + std::to_string(outcome.end.line) + " on, is not";
     }
@@ -136,9 +137,8 @@ void Importer::Import(const Candidate& candidate) {
   std::string problem;
   // Notes are files: no batch holds them.
   if (candidate.kind != KIND_NOTE && !batch_.Open(waiting, &problem)) {
-    Fail(candidate.line, candidate.stored_kind, candidate.label, problem);
-    NoteLoss();
-    return;
+    gave_up_ = true;
+    return Fail(candidate.line, candidate.stored_kind, candidate.label, problem);
   }
   FindOutcome found;
   if (candidate.key) found = STORE_Find(candidate.kind, candidate.record);

@@ -9,6 +9,7 @@
 #include "store/note_file.h"
 #include "store/recognition.h"
 #include "store/store_lines.h"
+#include "text/date.h"
 
 namespace tamu::tool {
 namespace {
@@ -16,18 +17,37 @@ namespace {
 // An item's id has 8 digits, a message's two for each byte of its entry id.
 constexpr std::size_t kIdLength = 4096;
 
-std::string FailureText(TamuResult result, const StoreLines& lines) {
-  return lines.failure.empty() ? DISPLAY_Line(AsUtf16(TAMU_CodeToString(result))) : lines.failure;
+// Why the device refuses to save an event, as far as its dates tell; "" when they do not.
+std::string DatesProblem(const EventShape& event) {
+  if (event.component != COMPONENT_EVENT) return {};
+  const DateValue end = DATE_FromProperty(event.prop_dtend);
+  if (!end.valid || DATE_IsNone(end)) return {};
+  const DateValue start = DATE_FromProperty(event.prop_dtstart);
+  if (!start.valid || DATE_IsNone(start)) {
+    return "it has an end (DTEND) and no start (DTSTART), and the device keeps no event that ends "
+           "before it starts";
+  }
+  return end.days < start.days ? "it ends (DTEND) before it starts (DTSTART)" : "";
+}
+
+std::string FailureText(ObjectKind kind, TamuResult result, const ObjectRecord& record,
+                        const StoreLines& lines) {
+  if (!lines.failure.empty()) return lines.failure;
+  if (kind == KIND_CALENDAR && result == TAMU_GENERAL_PIM_ERROR) {
+    if (std::string problem = DatesProblem(record.event); !problem.empty()) return problem;
+  }
+  return DISPLAY_Line(AsUtf16(TAMU_CodeToString(result)));
 }
 
 // What a call of the library came to.
-StoreOutcome OutcomeOf(ObjectKind kind, TamuResult result, const ErrorLines& logged) {
+StoreOutcome OutcomeOf(ObjectKind kind, TamuResult result, const ObjectRecord& record,
+                       const ErrorLines& logged) {
   StoreOutcome outcome;
   StoreLines lines = STORELINES_From(logged);
   outcome.reached_device = true;
   outcome.remarks = std::move(lines.remarks);
   if (result != TAMU_OK) {
-    outcome.failure = FailureText(result, lines);
+    outcome.failure = FailureText(kind, result, record, lines);
   } else if (!lines.failure.empty()) {
     outcome.failure = KIND_IsMessage(kind) ? "stored incompletely: " + lines.failure
                                            : "stored, but not all of it: " + lines.failure;
@@ -81,7 +101,7 @@ StoreOutcome STORE_Add(ObjectKind kind, ObjectRecord* record) {
   }
   const ErrorLines logged;
   const TamuResult result = TAMU_AddObject(kind, record, nullptr);
-  StoreOutcome outcome = OutcomeOf(kind, result, logged);
+  StoreOutcome outcome = OutcomeOf(kind, result, *record, logged);
   if (KIND_IsMessage(kind)) RemarkOnParts(record->message, &outcome.remarks);
   return outcome;
 }
@@ -94,7 +114,7 @@ StoreOutcome STORE_Update(ObjectKind kind, const std::string& id, ObjectRecord* 
   }
   const ErrorLines logged;
   const TamuResult result = TAMU_ModifyObject(kind, id.c_str(), record);
-  StoreOutcome outcome = OutcomeOf(kind, result, logged);
+  StoreOutcome outcome = OutcomeOf(kind, result, *record, logged);
   if (!KIND_IsMessage(kind)) return outcome;
   const MessageShape& message = record->message;
   RemarkOnParts(message, &outcome.remarks);
