@@ -35,3 +35,34 @@ runs "$root/by_pkg_config"
   exit 1
 }
 runs "$root/build/by_cmake"
+
+# The example program takes the whole road over a device of its own, twice: what the first run adds, the second finds.
+[[ $DEVICE == 1 ]] || { echo "this build has no device: examples/typical_road.c is not run"; exit 0; }
+"$C_COMPILER" -std=c11 -Wall -Wextra -Wpedantic -Werror "${flags[@]}" "$EXAMPLES/typical_road.c" "${found[@]}" \
+  -o "$root/typical_road"
+# road NAME FILE: what the program prints, and the example it writes.
+road() {
+  TAMU_HOME=$root/device LD_LIBRARY_PATH=$libraries "$root/typical_road" "$EXAMPLES/$2" "$root/$1" >"$root/$1.said" || {
+    cat "$root/$1.said" >&2
+    exit 1
+  }
+}
+# says NAME LINE: one of the lines that the program printed.
+says() {
+  grep -qxF "$2" "$root/$1.said" && return
+  echo "typical_road did not print '$2' but:" >&2
+  cat "$root/$1.said" >&2
+  exit 1
+}
+road first.vcf irmc_luids.vcf
+says first.vcf "3 added, 0 modified, 0 failed"
+says first.vcf "object 00000003 written"
+grep -q "^X-IRMC-LUID:00000003" "$root/first.vcf" || { echo "first.vcf has no identifier" >&2; exit 1; }
+road second.vcf irmc_luids.vcf
+says second.vcf "0 added, 3 modified, 0 failed"
+cmp "$root/first.vcf" "$root/second.vcf"
+road third.vcs appointments.vcs
+says third.vcs "3 added, 0 modified, 0 failed"
+grep -q "^BEGIN:VEVENT" "$root/third.vcs" || { echo "third.vcs has no event" >&2; exit 1; }
+road note.vnt notes_japanese.vnt
+says note.vnt "1 added, 0 modified, 0 failed"

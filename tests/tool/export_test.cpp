@@ -230,6 +230,18 @@ TEST(Export, MessageTextsComeBackWhole) {
   EXPECT_TRUE(Contains(shown, "grüß\n")) << shown;
 }
 
+TEST(Export, TheTextOfAPageComesBackLineByLine) {
+  const Program program;
+  std::string mail = Mail("Wed, 31 Dec 2003 22:59:59 +0000", "Hello",
+                          "<html><body><p>one</p><p>two</p></body></html>");
+  mail.insert(mail.find("Subject:"), "Content-Type:text/html; charset=UTF-8\r\n");
+  Import(program, "d.vmg", mail);
+  const ProgramResult result = program.Run({"export", "-o", "all.vmg"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_TRUE(Contains(program.Read("all.vmg"), "\r\none\r\ntwo\r\nEND:VBODY"))
+      << program.Read("all.vmg");
+}
+
 TEST(Export, AHeaderThatIsTooLongIsReported) {
   const Program program;
   // Recipients stand apart by two characters when they come back, which makes the header longer.

@@ -27,7 +27,9 @@ std::vector<std::string> ObjectFiles(const fs::path& folder) {
   std::vector<std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     const fs::path ending = entry.path().extension();
-    if (!entry.is_regular_file() || ending == ".md" || ending == ".tsv") continue;
+    if (!entry.is_regular_file() || ending == ".md" || ending == ".tsv" || ending == ".c") {
+      continue;
+    }
     files.push_back(fs::absolute(entry.path()).string());
   }
   std::sort(files.begin(), files.end());

@@ -143,8 +143,10 @@ bool ReadBody(IMessage* message, std::u16string* text) {
 std::string BodyBytes(const std::u16string& text) {
   std::u16string lines;
   lines.reserve(text.size());
+  // A text that had line ends of two characters was stored with another one in front of each.
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') continue;
+    const std::size_t next = text.find_first_not_of(u'\r', i);
+    if (text[i] == u'\r' && next != std::u16string::npos && text[next] == u'\n') continue;
     lines.push_back(text[i]);
   }
   if (!lines.empty() && lines.back() == u'\n') lines.pop_back();
