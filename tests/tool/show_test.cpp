@@ -71,6 +71,19 @@ TEST(Show, JsonHasTheIdAndNothingOfAFile) {
   for (const char* const member : {"status", "file", "line"}) EXPECT_FALSE(json.contains(member));
 }
 
+TEST(Show, TypesOfNumbersStandApartAsInAFile) {
+  const Program program;
+  Import(program, "a.vcf",
+         "BEGIN:VCARD\r\nVERSION:2.1\r\nN:A\r\nTEL;HOME;VOICE:1\r\nEND:VCARD\r\n");
+  const ProgramResult result = program.Run({"show", "contact", "1"});
+  EXPECT_TRUE(Contains(result.out, "1 (home, voice)\n")) << result.out;
+  const Json json = Json::parse(program.Run({"show", "contact", "1", "--json"}).out);
+  for (const Json& property : json["properties"]) {
+    if (property["name"] != "TEL") continue;
+    EXPECT_EQ(property["params"], Json({"HOME", "VOICE"}));
+  }
+}
+
 TEST(Show, WhatTheRecordCannotHoldIsToldAndInTheJson) {
   Program program;
   Import(program, "d.vmg", Mail("Wed, 31 Dec 2003 22:59:59 +0000", "\xE5\xB1\xB1", "Text"));

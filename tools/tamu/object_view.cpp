@@ -44,11 +44,25 @@ std::optional<std::string> CharsetOf(const Property& property) {
   return std::string(name.data(), length);
 }
 
+// A text that the stores made can hold several parameters: "HOME;VOICE".
+void AddParams(std::string_view text, std::vector<std::string_view>* params) {
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\') {
+      ++i;
+    } else if (text[i] == ';') {
+      params->push_back(text.substr(begin, i - begin));
+      begin = i + 1;
+    }
+  }
+  params->push_back(text.substr(begin));
+}
+
 PropertyView ViewOf(std::string_view name, Property* property) {
   PropertyView view;
   view.name = name;
   for (const StringItem* param = property->params; param != nullptr; param = param->next) {
-    if (param->text != nullptr) view.params.emplace_back(param->text.get());
+    if (param->text != nullptr) AddParams(param->text.get(), &view.params);
   }
   std::uint32_t index = 0;
   for (const StringItem* value = property->values; value != nullptr; value = value->next) {
