@@ -1,6 +1,7 @@
 #include "device/pim/item_state.h"
 
-#include <cmath>
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "device/pim/guarded.h"
@@ -55,8 +56,10 @@ bool EndsBeforeStart(const ItemRecord& item) noexcept {
   return days < 0 || (days == 0 && TimeOf(end) < TimeOf(start));
 }
 
+// As many as a duration can say.
 std::int32_t Minutes(std::int64_t seconds) noexcept {
-  return static_cast<std::int32_t>(seconds / kSecondsPerMinute);
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::min(seconds / kSecondsPerMinute, kMost));
 }
 
 // Duration follows start and end.

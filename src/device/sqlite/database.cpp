@@ -160,6 +160,7 @@ HRESULT Database::Open(const std::string& folder, std::unique_ptr<Database>* dat
     return result;
   }
   const HRESULT result = opened->Read([&] {
+    if (!HasTables(*opened)) throw DamagedFailure();
     Statement select(*opened, "select id from device", "", "i");
     if (!select.RunForRow()) throw DamagedFailure();
     opened->device_ = select.Integer(0);

@@ -58,6 +58,22 @@ constexpr SchemaStep kSteps[] = {
     &CreateMailFolders,
 };
 
+constexpr const char* kTables[] = {
+    "device",
+    "item",
+    "contact",
+    "appointment",
+    "task",
+    "recurrence",
+    "exception",
+    "recipient",
+    "mailbox",
+    "mail_folder",
+    "message",
+    "message_property",
+    "message_recipient",
+};
+
 struct Marks {
   std::int64_t application = 0;
   std::int64_t version = 0;
@@ -83,6 +99,17 @@ void CheckMarks(const Marks& marks, std::size_t newest) {
 }  // namespace
 
 std::span<const SchemaStep> SchemaSteps() noexcept { return kSteps; }
+
+bool HasTables(Database& database) {
+  Statement select(database,
+                   "select count(*) from sqlite_master where type = 'table' and name = :name", "t",
+                   "i");
+  for (const char* const table : kTables) {
+    select.SetUtf8(0, table);
+    if (!select.RunForRow() || select.Integer(0) == 0) return false;
+  }
+  return true;
+}
 
 HRESULT PrepareSchema(Database& database, std::span<const SchemaStep> steps) noexcept {
   bool current = false;

@@ -21,6 +21,9 @@ using SchemaStep = void (*)(Database& database);
 // Marks a file as a device's database in SQLite's header ("TAMU").
 inline constexpr std::int32_t kApplicationId = 0x54414D55;
 
+// Whether every table is there that a current database has. Throws as statements do.
+[[nodiscard]] bool HasTables(Database& database);
+
 // Brings the database to the version that the steps lead to. kNewerVersion when it is beyond it,
 // kCorrupt when it is another program's.
 [[nodiscard]] platform::HRESULT PrepareSchema(Database& database,

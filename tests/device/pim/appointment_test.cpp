@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "device/pim/pim_fixture.h"
 #include "platform/time.h"
 
@@ -87,6 +89,14 @@ TEST_P(AppointmentContract, DurationMovesTheEnd) {
   ASSERT_EQ(item->put_Duration(15), hr::kOk);
   EXPECT_EQ(Got(item, &IAppointment::get_End), Day2004(10, 9, 15));
   EXPECT_EQ(item->put_Duration(-1), hr::kInvalidArgument);
+}
+
+// From the year 100 to 9999 there are more minutes than a duration can say.
+TEST_P(AppointmentContract, TheLongestDurationIsNotNegative) {
+  const ComPtr<IAppointment> item = AddAppointment(u"a", -657434, 2958465);
+  EXPECT_EQ(Got(item, &IAppointment::get_Duration), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(Got(item, &IAppointment::get_Start), -657434);
+  EXPECT_EQ(Got(item, &IAppointment::get_End), 2958465);
 }
 
 TEST_P(AppointmentContract, EndBeforeStartIsRefusedBySave) {

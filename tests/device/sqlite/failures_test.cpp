@@ -234,6 +234,36 @@ TEST_F(DeviceFailures, ADamagedPageIsCorruptWhenItIsRead) {
   EXPECT_GT(corrupt, 50);
 }
 
+TEST_F(DeviceFailures, ADatabaseThatLacksATableIsCorrupt) {
+  MakeDeviceWithItems(1);
+  const auto tables =
+      RawDatabase(device_.file()).Query("select name from sqlite_master where type = 'table'");
+  EXPECT_GE(tables.size(), 12U);
+  const std::string whole = device_.file() + ".whole";
+  std::filesystem::copy_file(device_.file(), whole);
+  for (const std::string& table : tables) {
+    SCOPED_TRACE(table);
+    RawDatabase(device_.file()).Query("drop table " + table);
+    ExpectOpenFails(hr::kCorrupt, "damaged");
+    Close();
+    std::filesystem::remove(device_.file() + "-wal");
+    std::filesystem::remove(device_.file() + "-shm");
+    std::filesystem::copy_file(whole, device_.file(),
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+  EXPECT_EQ(Open(), hr::kOk);
+}
+
+// Rows of several devices can be told apart.
+TEST_F(DeviceFailures, EveryTableHasTheDevicesId) {
+  MakeDeviceWithItems(1);
+  RawDatabase raw(device_.file());
+  EXPECT_EQ(raw.Query("select name from sqlite_master where type = 'table' and name <> 'device' "
+                      "and not exists (select 1 from pragma_table_info(sqlite_master.name) as c "
+                      "where c.name = 'device')"),
+            std::vector<std::string>());
+}
+
 TEST_F(DeviceFailures, ANewerVersionIsNotOpened) {
   MakeDeviceWithItems(1);
   RawDatabase(device_.file()).Query("pragma user_version = 999");
