@@ -1,5 +1,5 @@
-// system/scratch_file.h - a file for one's own use that has no name any more: it goes with the
-// object, however the program ends.
+// system/scratch_file.h - a file for one's own use without a name, in memory where the system
+// has such files: it goes with the object, however the program ends.
 //   Errors     a text for people; std::bad_alloc.
 #ifndef TAMU_TOOLS_SYSTEM_SCRATCH_FILE_H_
 #define TAMU_TOOLS_SYSTEM_SCRATCH_FILE_H_

@@ -1,5 +1,6 @@
 #include "system/scratch_file.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include "platform/paths.h"
@@ -12,7 +13,9 @@ ScratchFile::~ScratchFile() {
 }
 
 bool ScratchFile::Make(std::string* problem) {
-  descriptor_ = MakeNamelessFile();
+  // In memory: a file system may bring every file to disk that is emptied and written again.
+  descriptor_ = ::memfd_create("tamu", MFD_CLOEXEC);
+  if (descriptor_ < 0) descriptor_ = MakeNamelessFile();
   if (descriptor_ < 0) {
     *problem = Failed("make a temporary file");
     return false;
