@@ -67,6 +67,8 @@ TEST_F(MailStoreTest, MessagesOfAnotherDeviceAreNotThere) {
     RawDatabase raw(device_.file());
     raw.Query("pragma foreign_keys = off");
     raw.Query("update message set device = device + 1");
+    raw.Query("insert into mail_folder select device + 1, folder, messages from mail_folder");
+    raw.Query("update mail_folder set messages = 0 where device = (select id from device)");
   }
   store_ = OpenMail();
   EXPECT_EQ(Count(), 0U);
