@@ -34,6 +34,9 @@ bool MayAllocate() noexcept {
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
+}
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);

@@ -271,6 +271,8 @@ TEST_F(FailingOpenTest, EveryCallOfTheDevice) {
 TEST_F(FailingOpenTest, EveryServiceAndThenClosing) {
   const std::int64_t objects = device::LiveObjects();
   for (platform::ServiceBase* service : platform::AllServices()) {
+    // What is not freed is lost: that is all that these two can fail at.
+    if (service == &platform::MAPIFreeBuffer || service == &platform::FreeProws) continue;
     service->ResetCount();
     ASSERT_EQ(POL_Open(), TAMU_OK);
     const std::uint64_t calls = service->calls();
