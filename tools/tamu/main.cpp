@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* kDescription =
     "Reads and writes the object files of handhelds: contacts (vCard 2.1), events and to-dos\n"
-    "(vCalendar 1.0), notes (vNote 1.1) and messages (vMessage 1.1).";
+    "(vCalendar 1.0), notes (vNote 1.1) and messages (vMessage 1.1), and keeps them in stores of\n"
+    "its own.";
 
 std::string CommandNames(const CLI::App& app) {
   std::string names;
