@@ -2,8 +2,6 @@
 // it was; and no message gets an empty body that way.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include "core/log.h"
@@ -13,37 +11,13 @@
 #include "mailstore/mail_message.h"
 #include "mailstore/scripted_message.h"
 #include "platform/com_ptr.h"
+#include "support/failing_new.h"
 #include "text/tokens.h"
-
-namespace {
-
-int allocations_left = -1;  // negative: as many as wanted
-
-bool MayAllocate() noexcept {
-  if (allocations_left < 0) return true;
-  if (allocations_left == 0) return false;
-  --allocations_left;
-  return true;
-}
-
-}  // namespace
-
-// The program's allocation, with a seam.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* memory = MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
 
 namespace tamu {
 namespace {
+
+using testing::allocations_left;
 
 TEST(HtmlToText, WhenAnAllocationFailsTheTextStaysAsItWas) {
   std::u16string html = u"<body>";

@@ -2,40 +2,17 @@
 // nothing is thrown.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
-#include <new>
 
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/test_folder.h"
-
-namespace {
-
-int allocations_left = -1;  // negative: as many as wanted
-
-bool MayAllocate() noexcept {
-  if (allocations_left < 0) return true;
-  if (allocations_left == 0) return false;
-  --allocations_left;
-  return true;
-}
-
-}  // namespace
-
-// The program's allocation, with a seam.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* memory = MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
+#include "support/failing_new.h"
 
 namespace tamu::platform {
 namespace {
+
+using tamu::testing::allocations_left;
 
 constexpr char kContent[] =
     "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Software\\A key with a long name]\n\"A number with a long "

@@ -1,35 +1,7 @@
 // Lets the n-th allocation and all behind it fail, for every n: the caller learns it, nothing is
 // thrown and nothing is left behind.
-#include <cstdlib>
-#include <new>
-
 #include "device/mail/mail_scenario.h"
-
-namespace {
-
-int allocations_left = -1;  // negative: as many as wanted
-
-void* Allocate(std::size_t size) noexcept {
-  if (allocations_left == 0) return nullptr;
-  if (allocations_left > 0) --allocations_left;
-  return std::malloc(size > 0 ? size : 1);
-}
-
-}  // namespace
-
-// The program's allocation, with a seam.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* const memory = Allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return Allocate(size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
+#include "support/failing_new.h"
 
 namespace tamu::testing {
 namespace {

@@ -3,24 +3,17 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <cstdlib>
 #include <functional>
-#include <new>
 #include <utility>
 
 #include "device/sqlite/device_support.h"
+#include "support/failing_new.h"
 #include "support/log_capture.h"
 
 namespace {
 
-int allocations_left = -1;  // negative: as many as wanted
-
-bool MayAllocate() noexcept {
-  if (allocations_left < 0) return true;
-  if (allocations_left == 0) return false;
-  --allocations_left;
-  return true;
-}
+using tamu::testing::allocations_left;
+using tamu::testing::MayAllocate;
 
 sqlite3_mem_methods usual_memory;
 
@@ -39,17 +32,6 @@ void* SqliteResize(void* memory, int size) {
 }();
 
 }  // namespace
-
-// The program's allocation, with a seam.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* memory = MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
 
 namespace tamu::device {
 namespace {
